@@ -1,0 +1,91 @@
+# Functions that make every target of the house alike: floors (shared libraries) and tests.
+
+find_program(KORVANE_CCACHE ccache)
+if(KORVANE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${KORVANE_CCACHE}")
+endif()
+
+# Every binary and library of a build lies in one folder, so that programs find the libraries on any system.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+
+# korvane_compile_options(TARGET): language level, warnings, sanitizers and Qt's strict switches.
+function(korvane_compile_options target)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 $<$<BOOL:${KORVANE_WARNINGS_AS_ERRORS}>:/WX>)
+        return()
+    endif()
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wold-style-cast
+        -Wimplicit-fallthrough $<$<BOOL:${KORVANE_WARNINGS_AS_ERRORS}>:-Werror>)
+    if(KORVANE_SANITIZERS)
+        target_compile_options(${target} PRIVATE -fsanitize=${KORVANE_SANITIZERS} -fno-sanitize-recover=all)
+        target_link_options(${target} PRIVATE -fsanitize=${KORVANE_SANITIZERS})
+    endif()
+endfunction()
+
+# korvane_add_floor(NAME SOURCES ... HEADERS ... LINK ...): one floor of the house, a shared library. NAME is the part
+# behind "Korvane::"; the folder is the current one. HEADERS are public and installed under their floor and room.
+function(korvane_add_floor name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK")
+    set(target Korvane${name})
+    string(TOLOWER "${name}" lower)
+    string(TOUPPER "${name}" upper)
+    set(generated "${PROJECT_BINARY_DIR}/include")
+
+    add_library(${target} SHARED ${arg_SOURCES} ${arg_HEADERS})
+    add_library(Korvane::${name} ALIAS ${target})
+    korvane_compile_options(${target})
+    set_target_properties(${target} PROPERTIES
+        AUTOMOC ON
+        OUTPUT_NAME korvane${lower}
+        EXPORT_NAME ${name}
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+
+    include(GenerateExportHeader)
+    generate_export_header(${target}
+        BASE_NAME KORVANE_${upper}
+        EXPORT_FILE_NAME "${generated}/${lower}/${lower}export.h")
+    target_include_directories(${target} PUBLIC
+        "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
+        "$<BUILD_INTERFACE:${generated}>"
+        "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/korvane>")
+    target_link_libraries(${target} PUBLIC ${arg_LINK})
+
+    install(TARGETS ${target} EXPORT KorvaneScadaTargets
+        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+    foreach(header IN LISTS arg_HEADERS)
+        cmake_path(GET header PARENT_PATH room)
+        install(FILES "${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane/${lower}/${room}")
+    endforeach()
+    install(FILES "${generated}/${lower}/${lower}export.h"
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane/${lower}")
+endfunction()
+
+# korvane_test_environment(TEST): pins what a test would otherwise take from the machine, and makes Qt's warnings count.
+function(korvane_test_environment test)
+    set_tests_properties(${test} PROPERTIES
+        TIMEOUT 300
+        FAIL_REGULAR_EXPRESSION "QWARN "
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_STYLE_OVERRIDE=Fusion;LC_ALL=C.UTF-8;TZ=UTC;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/${test}.config;RC_PARAMS=seed=20251 max_success=1000;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
+endfunction()
+
+# korvane_add_test(NAME [SOURCES ...] LIBS ...): NAME.cpp, one Qt Test executable, run by ctest.
+function(korvane_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS")
+    add_executable(${name} ${name}.cpp ${arg_SOURCES})
+    korvane_compile_options(${name})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${name} PRIVATE ${arg_LIBS} Qt5::Test)
+    add_test(NAME ${name} COMMAND ${name})
+    korvane_test_environment(${name})
+endfunction()
