@@ -1,0 +1,3 @@
+#include "platform/core/korvanecoreinterface.h"
+
+KorvaneCoreInterface::~KorvaneCoreInterface() = default;

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/platformexport.h"
+
+#include <QtGlobal>
+
+class KorvaneScadaCoreInterface;
+
+/// The host product's core object, one a process: the way from anywhere in the host to its parts. Implemented by the host.
+class KORVANE_PLATFORM_EXPORT KorvaneCoreInterface
+{
+public:
+    KorvaneCoreInterface() = default;
+    Q_DISABLE_COPY(KorvaneCoreInterface)
+    virtual ~KorvaneCoreInterface();
+
+    /// The service hub of the SCADA layer, owned by the core; null in a host without one.
+    virtual KorvaneScadaCoreInterface* scadaCoreInterface() = 0;
+};

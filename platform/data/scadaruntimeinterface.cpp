@@ -1,0 +1,3 @@
+#include "platform/data/scadaruntimeinterface.h"
+
+ScadaRuntimeInterface::~ScadaRuntimeInterface() = default;

@@ -1,0 +1,151 @@
+#include "platform/data/tagresolution.h"
+
+#include "platform/data/datafieldinfo.h"
+#include "platform/data/pointdirectory.h"
+#include "platform/data/scadaruntimeinterface.h"
+
+#include <QStringView>
+
+#include <limits>
+#include <optional>
+
+namespace Korvane {
+
+namespace {
+
+struct Prefix
+{
+    const char16_t* text;
+    qsizetype length;
+    ScadaObjectType type;
+};
+
+constexpr Prefix prefixes[] = {
+    {u"@R::", 4, ScadaObjectType::RtuObject},
+    {u"@C::", 4, ScadaObjectType::ChannelObject},
+    {u"@::", 3, ScadaObjectType::ApplicationProperty},
+};
+
+/// A tag string taken apart; the views look into the text that was parsed.
+struct TagParts
+{
+    ScadaObjectType family = ScadaObjectType::NoObject; ///< NoObject for constants and the empty text
+    QStringView name;
+    const DataFieldInfo* field = nullptr;
+    std::optional<quint32> id; ///< set when the name is "#" and digits
+};
+
+bool isConstant(const QString& text)
+{
+    bool ok = false;
+    text.toDouble(&ok);
+    return ok;
+}
+
+std::optional<quint32> idFromName(QStringView name)
+{
+    if (name.size() < 2 || name.front() != QLatin1Char('#'))
+        return std::nullopt;
+    quint64 id = 0;
+    for (const QChar digit : name.mid(1)) {
+        if (digit < QLatin1Char('0') || digit > QLatin1Char('9'))
+            return std::nullopt;
+        id = id * 10 + static_cast<quint64>(digit.unicode() - u'0');
+        if (id > std::numeric_limits<quint32>::max())
+            return std::nullopt;
+    }
+    return static_cast<quint32>(id);
+}
+
+TagParts parse(const QString& tag)
+{
+    TagParts parts;
+    parts.name = tag;
+    if (tag.isEmpty() || isConstant(tag))
+        return parts;
+
+    parts.family = ScadaObjectType::Point;
+    for (const Prefix& prefix : prefixes) {
+        if (parts.name.startsWith(QStringView(prefix.text, prefix.length))) {
+            parts.family = prefix.type;
+            parts.name = parts.name.mid(prefix.length);
+            break;
+        }
+    }
+    const qsizetype colon = parts.name.lastIndexOf(QLatin1Char(':'));
+    if (colon >= 0) {
+        parts.field = DataFieldInfo::find(parts.name.mid(colon + 1));
+        if (parts.field)
+            parts.name = parts.name.left(colon);
+    }
+    parts.id = idFromName(parts.name);
+    return parts;
+}
+
+bool belongsToFamily(ObjectKey key, ScadaObjectType family)
+{
+    if (!key.isValid())
+        return false;
+    return family == ScadaObjectType::Point ? isPointObjectType(key.type) : key.type == family;
+}
+
+ObjectKey findInRuntime(const TagParts& parts, const ScadaRuntimeInterface& runtime)
+{
+    if (parts.family == ScadaObjectType::ApplicationProperty)
+        return {};
+    return parts.id ? runtime.findById(parts.family, static_cast<qint32>(*parts.id))
+                    : runtime.findByName(parts.family, parts.name);
+}
+
+ObjectKey findByTextAlone(const TagParts& parts)
+{
+    if (parts.id) {
+        const auto id = static_cast<qint32>(*parts.id);
+        if (parts.family != ScadaObjectType::Point)
+            return {parts.family, id};
+        const ScadaObjectType byRange = pointTypeOfId(id);
+        return {byRange == ScadaObjectType::NoObject ? ScadaObjectType::Point : byRange, id};
+    }
+    const PointDirectory* directory = PointDirectory::registered();
+    if (directory && parts.family == ScadaObjectType::Point)
+        return directory->findPoint(parts.name);
+    return {};
+}
+
+} // namespace
+
+DataLinkInfo resolveFromString(const QString& tag, ScadaRuntimeInterface* runtime)
+{
+    const TagParts parts = parse(tag);
+    DataLinkInfo link;
+    link.type = parts.family;
+    // A tag that is all name shares its text with the link.
+    link.name = parts.name.size() == tag.size() ? tag : parts.name.toString();
+    if (parts.family == ScadaObjectType::NoObject)
+        return link;
+
+    if (parts.field)
+        link.field = dtFieldToString(parts.field->field);
+    const ObjectKey found = runtime ? findInRuntime(parts, *runtime) : findByTextAlone(parts);
+    // An answer of another family would give the link another prefix, and absoluteName() another object.
+    if (belongsToFamily(found, parts.family)) {
+        link.type = found.type;
+        link.id = found.id;
+    }
+    return link;
+}
+
+DataLinkInfo quickResolveFromString(const QString& tag)
+{
+    return resolveFromString(tag, nullptr);
+}
+
+bool isAddressableName(const QString& name, ScadaObjectType type)
+{
+    const QString tag = tagPrefix(type) + name;
+    const TagParts parts = parse(tag);
+    const bool isFamily = isPointObjectType(type) ? parts.family == ScadaObjectType::Point : parts.family == type;
+    return isFamily && !name.isEmpty() && !parts.field && !parts.id;
+}
+
+} // namespace Korvane
