@@ -1,0 +1,1 @@
+#include "scada/hub/korvanegeneralmessageprocessorinterface.h"
