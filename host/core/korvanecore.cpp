@@ -2,7 +2,9 @@
 
 #include <utility>
 
-KorvaneCore::KorvaneCore(ScadaCore::Clock clock) : m_scada(this, std::move(clock)) {}
+KorvaneCore::KorvaneCore(ScadaCore::Clock clock) : m_scada(this, std::move(clock))
+{
+}
 
 KorvaneCore::~KorvaneCore()
 {

@@ -64,15 +64,17 @@ void RuntimeDatabase::reserve(ScadaObjectType type, std::size_t count)
 tl::expected<void, QString> RuntimeDatabase::add(const Object& object)
 {
     const auto refused = [&object](const QString& reason) {
-        return tl::make_unexpected(QStringLiteral("%1 (id %2): %3").arg(object.name).arg(object.id).arg(reason));
+        return tl::make_unexpected(
+            QStringLiteral("%1 (id %2): %3").arg(object.name, QString::number(object.id), reason));
     };
     if (!isKept(object.type))
         return refused(QStringLiteral("kind %1 is no point, unit or line").arg(static_cast<int>(object.type)));
     if (!isIdOfType(object.id, object.type))
         return refused(QStringLiteral("the id is outside the range of its kind, %1").arg(idRange(object.type)));
     if (!Korvane::isAddressableName(object.name, object.type)) {
-        return refused(QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, begins with a "
-                                      "kind prefix or ends in \":\" and a field"));
+        return refused(
+            QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, begins with a "
+                           "kind prefix or ends in \":\" and a field"));
     }
     Family& objects = *family(object.type);
     if (objects.byId.contains(object.id))

@@ -6,7 +6,8 @@
 
 class KorvaneScadaCoreInterface;
 
-/// The host product's core object, one a process: the way from anywhere in the host to its parts. Implemented by the host.
+/// The host product's core object, one a process: the way from anywhere in the host to its parts. Implemented by the
+/// host.
 class KORVANE_PLATFORM_EXPORT KorvaneCoreInterface
 {
 public:

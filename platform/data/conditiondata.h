@@ -4,8 +4,8 @@
 
 namespace Korvane {
 
-/// Comparison of a condition. The numbers stand in stored pages; a stored condition can hold any other number, which then
-/// compares as false.
+/// Comparison of a condition. The numbers stand in stored pages; a stored condition can hold any other number, which
+/// then compares as false.
 enum class OpType : qint32 {
     Equal = 0,
     Less = 1,

@@ -9,8 +9,8 @@
 
 #include <vector>
 
-/// One entry of the field table: what a data field is called in tag strings, what it holds, which objects have it and who
-/// supplies it. Entries live as long as the process and are compared by address.
+/// One entry of the field table: what a data field is called in tag strings, what it holds, which objects have it and
+/// who supplies it. Entries live as long as the process and are compared by address.
 struct KORVANE_PLATFORM_EXPORT DataFieldInfo
 {
     enum class FieldType {

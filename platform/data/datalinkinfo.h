@@ -13,9 +13,9 @@ namespace Korvane {
 struct KORVANE_PLATFORM_EXPORT DataLinkInfo
 {
     ScadaObjectType type = ScadaObjectType::NoObject;
-    qint32 id = 0;  ///< 0 when unknown; ids above 2^31 - 1 keep their 32 bits and show as negative numbers
-    QString name;   ///< without prefix and field
-    QString field;  ///< name of a data field, empty when the tag names none
+    qint32 id = 0; ///< 0 when unknown; ids above 2^31 - 1 keep their 32 bits and show as negative numbers
+    QString name;  ///< without prefix and field
+    QString field; ///< name of a data field, empty when the tag names none
 
     /// The tag string of this link: prefix, name and, behind a ":", the field. Resolving it gives the link again.
     QString absoluteName() const;

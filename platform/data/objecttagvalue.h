@@ -16,8 +16,8 @@ struct DataLinkInfo;
 
 /// The value side of a tag reference: which object and field it is bound to, and the last value received for it.
 ///
-/// A default value is bound to nothing (kind NoObject, id 0) and holds no value. One that was never given a field stands
-/// for the object's current value.
+/// A default value is bound to nothing (kind NoObject, id 0) and holds no value. One that was never given a field
+/// stands for the object's current value.
 class KORVANE_PLATFORM_EXPORT ObjectTagValue
 {
 public:
@@ -35,20 +35,21 @@ public:
     /// The bound field; null for the current value.
     const DataFieldInfo* field() const { return m_field; }
 
-    /// Values of further fields of the same object, kept here by whoever reads them together with the current one; invalid
-    /// for a field never set.
+    /// Values of further fields of the same object, kept here by whoever reads them together with the current one;
+    /// invalid for a field never set.
     QVariant fieldValue(DataCode::DataField field) const { return m_fieldValues.value(field); }
     void setFieldValue(DataCode::DataField field, const QVariant& value) { m_fieldValues.insert(field, value); }
 
-    /// Binds to the object and field of \p link: kind, id (0 included, so that a name that resolves to nothing never goes
-    /// on receiving the object before it) and field. An unknown field name binds the current value. The value stays,
-    /// but for a constant link, which sets it to its number.
+    /// Binds to the object and field of \p link: kind, id (0 included, so that a name that resolves to nothing never
+    /// goes on receiving the object before it) and field. An unknown field name binds the current value. The value
+    /// stays, but for a constant link, which sets it to its number.
     void setLinkData(const Korvane::DataLinkInfo& link);
 
     /// Whether the bound field is one that a middleware record supplies.
     bool isMMDataAcceptable() const;
 
-    /// Whether the bound field is one that the runtime database supplies, for the object \p pointId that this is bound to.
+    /// Whether the bound field is one that the runtime database supplies, for the object \p pointId that this is bound
+    /// to.
     bool isDBAcceptable(int pointId) const;
 
     /// Takes the value of the bound field from \p record; a record without it leaves the value as it was. The record is

@@ -7,8 +7,8 @@
 
 /// The host's list of points by name, for code that resolves or offers points without a runtime database at hand.
 ///
-/// A host registers one directory for the process and keeps it alive while it is registered; nothing here owns it. Without
-/// one, everything works on the text of the tags alone. GUI thread only.
+/// A host registers one directory for the process and keeps it alive while it is registered; nothing here owns it.
+/// Without one, everything works on the text of the tags alone. GUI thread only.
 class KORVANE_PLATFORM_EXPORT PointDirectory
 {
 public:

@@ -20,11 +20,13 @@ struct QuorixData::Extra : QSharedData
 
     std::vector<Member>::iterator find(const char* name)
     {
-        return std::find_if(members.begin(), members.end(), [name](const Member& member) { return member.name == name; });
+        return std::find_if(members.begin(), members.end(),
+                            [name](const Member& member) { return member.name == name; });
     }
     std::vector<Member>::const_iterator find(const char* name) const
     {
-        return std::find_if(members.begin(), members.end(), [name](const Member& member) { return member.name == name; });
+        return std::find_if(members.begin(), members.end(),
+                            [name](const Member& member) { return member.name == name; });
     }
 
     std::vector<Member> members; ///< few: searched in line

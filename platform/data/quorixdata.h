@@ -9,8 +9,9 @@
 
 /// One middleware value record: named members of an object at one moment.
 ///
-/// The usual members lie inside the record: "value", the marks "tag" (T), "limit" (L) and "quality" (Q), and "time". Any
-/// other member lies in a block shared between copies. Copying a record of usual members with numbers allocates nothing.
+/// The usual members lie inside the record: "value", the marks "tag" (T), "limit" (L) and "quality" (Q), and "time".
+/// Any other member lies in a block shared between copies. Copying a record of usual members with numbers allocates
+/// nothing.
 class KORVANE_PLATFORM_EXPORT QuorixData
 {
 public:
@@ -21,8 +22,8 @@ public:
     QuorixData& operator=(QuorixData&& other) noexcept;
     ~QuorixData();
 
-    /// The member of that name (case-sensitive); null when the record lacks it. Does not allocate. The pointer holds until
-    /// the record is changed or destroyed.
+    /// The member of that name (case-sensitive); null when the record lacks it. Does not allocate. The pointer holds
+    /// until the record is changed or destroyed.
     const QuorixValue* GetValue(const char* name) const noexcept;
 
     /// Sets the member of that name in place of the one before; an absent value takes the member out.

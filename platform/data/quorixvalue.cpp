@@ -56,15 +56,19 @@ QuorixValue::QuorixValue(const QVariant& anything)
     case QMetaType::QDateTime:
         *this = QuorixValue(anything.toDateTime());
         break;
-    default:
-        m_bits = reinterpret_cast<quintptr>(new SharedVariant{1, anything});
+    default: {
+        const auto* variant = new SharedVariant{1, anything};
+        std::memcpy(&m_bits, &variant, sizeof(void*));
         m_kind = Kind::Shared;
+    }
     }
 }
 
 QuorixValue::SharedVariant* QuorixValue::shared() const noexcept
 {
-    return reinterpret_cast<SharedVariant*>(static_cast<quintptr>(m_bits));
+    SharedVariant* variant = nullptr;
+    std::memcpy(&variant, &m_bits, sizeof(void*));
+    return variant;
 }
 
 double QuorixValue::real() const noexcept

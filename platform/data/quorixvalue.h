@@ -9,8 +9,8 @@
 
 /// One value of a middleware record: a whole number, a real number, a point in time, or any other variant.
 ///
-/// Numbers and times lie inside the object; copying them allocates nothing. Anything else (texts, lists) is shared between
-/// copies. A default value is absent and reads as 0 and as an invalid variant.
+/// Numbers and times lie inside the object; copying them allocates nothing. Anything else (texts, lists) is shared
+/// between copies. A default value is absent and reads as 0 and as an invalid variant.
 class KORVANE_PLATFORM_EXPORT QuorixValue
 {
 public:
@@ -29,7 +29,8 @@ public:
             addReference();
     }
     QuorixValue(QuorixValue&& other) noexcept : m_bits(other.m_bits), m_kind(std::exchange(other.m_kind, Kind::Absent))
-    {}
+    {
+    }
     QuorixValue& operator=(QuorixValue other) noexcept
     {
         std::swap(m_bits, other.m_bits);

@@ -5,7 +5,8 @@
 
 #include <QStringView>
 
-/// The runtime database: the objects that live process data belongs to. Implemented by the host, used on the GUI thread.
+/// The runtime database: the objects that live process data belongs to. Implemented by the host, used on the GUI
+/// thread.
 ///
 /// Points, units and lines have separate names. A look-up names the family by one of the kinds Point (any point),
 /// RtuObject and ChannelObject; an answer for Point carries the point's own kind.

@@ -6,6 +6,7 @@
 
 #include <QStringView>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -35,8 +36,31 @@ struct TagParts
     std::optional<quint32> id; ///< set when the name is "#" and digits
 };
 
+/// Whether \p character can stand in a text that QString::toDouble takes: digits, signs, point, exponent, the letters
+/// of "nan" and "inf", and blanks.
+bool isOfNumbers(QChar character)
+{
+    switch (character.unicode()) {
+    case u'+':
+    case u'-':
+    case u'.':
+    case u'\u2212': // the minus sign of typesetters
+        return true;
+    default:
+        break;
+    }
+    const ushort lower = character.unicode() | 0x20;
+    if ((lower >= u'0' && lower <= u'9') || lower == u'a' || lower == u'e' || lower == u'f' || lower == u'i' ||
+        lower == u'n')
+        return true;
+    return character.isSpace();
+}
+
 bool isConstant(const QString& text)
 {
+    // Most tags are told from numbers by their first characters, without toDouble's copy of the text.
+    if (!std::all_of(text.begin(), text.end(), isOfNumbers))
+        return false;
     bool ok = false;
     text.toDouble(&ok);
     return ok;

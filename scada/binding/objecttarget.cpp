@@ -103,8 +103,8 @@ bool ObjectTarget::replacePointName(KorvaneScadaCoreInterface* hub, const QList<
     QString renamed = m_storedTagString;
     bool changed = false;
     for (const auto& [before, after] : renames) {
-        // Kept: the stored text decides which pairs apply, however the pairs before have changed the working copy. Stored
-        // pages were renamed so.
+        // Kept: the stored text decides which pairs apply, however the pairs before have changed the working copy.
+        // Stored pages were renamed so.
         if (!m_storedTagString.contains(before))
             continue;
         renamed.replace(before, after);

@@ -19,11 +19,11 @@ class ScadaRuntimeInterface;
 class ScadaTagActionStream;
 struct LogDataInfo;
 
-/// A tag reference: names what a binding reads (a point or object and, optionally, one data field of it, or a constant) and
-/// carries the last value received for it.
+/// A tag reference: names what a binding reads (a point or object and, optionally, one data field of it, or a constant)
+/// and carries the last value received for it.
 ///
-/// It is written as a tag string (grammar: Korvane::resolveFromString). Setting a tag string only stores the text; resolve()
-/// binds it to the runtime database, after which the tag string is the bare name.
+/// It is written as a tag string (grammar: Korvane::resolveFromString). Setting a tag string only stores the text;
+/// resolve() binds it to the runtime database, after which the tag string is the bare name.
 class KORVANE_SCADA_EXPORT ObjectTarget : public ObjectTagValue
 {
     Q_DECLARE_TR_FUNCTIONS(ObjectTarget)
@@ -63,36 +63,35 @@ public:
     /// becomes the object's bare name, without prefix and field; the stored one stays.
     void resolve(ScadaRuntimeInterface* runtime);
 
-    /// Replaces every occurrence of \p before in the tag string: plain, case-sensitive text, no regard to word boundaries.
-    /// The stored tag string and the binding stay.
-    /// \returns false, with nothing changed, when the tag string does not contain \p before.
+    /// Replaces every occurrence of \p before in the tag string: plain, case-sensitive text, no regard to word
+    /// boundaries. The stored tag string and the binding stay. \returns false, with nothing changed, when the tag
+    /// string does not contain \p before.
     bool replaceText(const QString& before, const QString& after);
 
-    /// Renames points: each pair (old, new) whose old name the stored tag string contains is applied, in order, to a copy
-    /// of it, which then becomes the tag string and is bound through the hub's runtime database. The stored tag string
-    /// stays, so a pair is never applied to what another pair put in unless its own old name was stored too.
+    /// Renames points: each pair (old, new) whose old name the stored tag string contains is applied, in order, to a
+    /// copy of it, which then becomes the tag string and is bound through the hub's runtime database. The stored tag
+    /// string stays, so a pair is never applied to what another pair put in unless its own old name was stored too.
     /// \param hub null binds by the text alone
     /// \returns whether any pair applied; if not, nothing changes.
     bool replacePointName(KorvaneScadaCoreInterface* hub, const QList<QPair<QString, QString>>& renames);
 
-    /// Takes \p value when it differs from the current value as QVariant compares them: no dead band, no tolerance beyond
-    /// QVariant's own.
-    /// \returns whether it differed.
+    /// Takes \p value when it differs from the current value as QVariant compares them: no dead band, no tolerance
+    /// beyond QVariant's own. \returns whether it differed.
     bool needUpdate(double value);
 
-    /// The logging description; null until setLogDataInfo. Belongs to no target: copies share it and it is never deleted.
+    /// The logging description; null until setLogDataInfo. Belongs to no target: copies share it and it is never
+    /// deleted.
     const LogDataInfo* getLogDataInfo() const { return m_logDataInfo; }
     void setLogDataInfo(const LogDataInfo& info);
 
     /// Writes the record: type, id, bare name, field code. See docs/stored-records.md for the layouts.
     void toStream(QDataStream& stream) const;
-    /// Reads a record as laid out in the version of \p actionStream. A stream that ends early gives zeros and empty texts
-    /// for what is missing; its status tells.
+    /// Reads a record as laid out in the version of \p actionStream. A stream that ends early gives zeros and empty
+    /// texts for what is missing; its status tells.
     void fromStream(QDataStream& stream, const ScadaTagActionStream& actionStream);
-    /// Reads a record and reports it as "pname", the object's name, and "dtfield", the field's code or -1. Other entries of
-    /// \p out stay.
-    static void fromStream(QDataStream& stream, const ScadaTagActionStream& actionStream,
-                           QMap<QString, QVariant>& out);
+    /// Reads a record and reports it as "pname", the object's name, and "dtfield", the field's code or -1. Other
+    /// entries of \p out stay.
+    static void fromStream(QDataStream& stream, const ScadaTagActionStream& actionStream, QMap<QString, QVariant>& out);
 
     /// The record in a byte array of its own, written with stream version 12.
     QByteArray makeByteStream() const;

@@ -11,7 +11,8 @@
 class QDataStream;
 class ScadaTagActionStream;
 
-/// One comparison of a live value (left) with a bound (right), optionally joined to the next condition by "and" or "or".
+/// One comparison of a live value (left) with a bound (right), optionally joined to the next condition by "and" or
+/// "or".
 ///
 /// Both sides are tag references; the right one is in practice a constant. Resolve and feed them through lValue() and
 /// rValue(): a condition built from texts holds no values until then.
@@ -44,23 +45,24 @@ public:
 
     /// Tests the condition against the values both targets hold now.
     ///
-    /// Both sides are read as numbers and narrowed to single precision before they are compared, so two doubles that differ
-    /// only beyond float precision are equal, and texts are never compared as text. NaN compares as IEEE 754 says.
-    /// \returns false when both values are invalid or the operator is none of OpType; an invalid side alone counts as 0.
+    /// Both sides are read as numbers and narrowed to single precision before they are compared, so two doubles that
+    /// differ only beyond float precision are equal, and texts are never compared as text. NaN compares as IEEE 754
+    /// says. \returns false when both values are invalid or the operator is none of OpType; an invalid side alone
+    /// counts as 0.
     bool checkCondition() const;
 
     /// "left operator right" and, with \p withLogic, the link behind another space (which stays when there is no link).
     /// Empty when the left value has no tag string.
     QString displayString(bool withLogic) const;
 
-    /// The condition as named values: "logicalType", "oper" (numbers), "pname" (left tag string), "value" (right tag string
-    /// as a number, 0 when it is none) and "dtfield" (code of the left tag's field, -1 when it has none).
+    /// The condition as named values: "logicalType", "oper" (numbers), "pname" (left tag string), "value" (right tag
+    /// string as a number, 0 when it is none) and "dtfield" (code of the left tag's field, -1 when it has none).
     QMap<QString, QVariant> toMap() const;
 
     /// Writes link, operator (a signed byte each), right record, left record. See docs/stored-records.md.
     void toStream(QDataStream& stream, ScadaTagActionStream& actionStream) const;
-    /// Reads a condition as laid out in the version of \p actionStream; versions below 608 leave the left value as it was.
-    /// A stream that ends early gives zeros and empty texts for what is missing; its status tells.
+    /// Reads a condition as laid out in the version of \p actionStream; versions below 608 leave the left value as it
+    /// was. A stream that ends early gives zeros and empty texts for what is missing; its status tells.
     void fromStream(QDataStream& stream, const ScadaTagActionStream& actionStream);
 
     /// Compares operators, links and the tag strings of both sides; not the values.

@@ -93,8 +93,8 @@ public:
     void setNotificationProcessor(KorvaneNotificationProcessor* processor) { m_notificationProcessor = processor; }
 
 Q_SIGNALS:
-    /// The application is about to close: stop timers, sound and pending requests before the services go. Emitted by the
-    /// concrete hub; spelled so because connections by text match it.
+    /// The application is about to close: stop timers, sound and pending requests before the services go. Emitted by
+    /// the concrete hub; spelled so because connections by text match it.
     void systemAboutTobeClose();
 
 private:

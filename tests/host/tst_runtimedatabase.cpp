@@ -1,0 +1,123 @@
+#include "host/runtime/runtimedatabase.h"
+
+#include "platform/data/tagresolution.h"
+
+#include <QtTest>
+
+using Korvane::ScadaObjectType;
+
+class tst_RuntimeDatabase : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsWhatWasAdded()
+    {
+        RuntimeDatabase database;
+        QVERIFY(database.add({ScadaObjectType::DigitalPoint, 100001, QStringLiteral("VALVE")}));
+        QVERIFY(database.add({ScadaObjectType::AnalogPoint, 200001, QStringLiteral("FLOW")}));
+        QVERIFY(database.add({ScadaObjectType::RtuObject, 1, QStringLiteral("FLOW")}));
+        QVERIFY(database.add({ScadaObjectType::ChannelObject, 1, QStringLiteral("12")}));
+
+        QCOMPARE(database.findByName(ScadaObjectType::Point, QStringLiteral("VALVE")),
+                 (ObjectKey{ScadaObjectType::DigitalPoint, 100001}));
+        QCOMPARE(database.findByName(ScadaObjectType::Point, QStringLiteral("FLOW")),
+                 (ObjectKey{ScadaObjectType::AnalogPoint, 200001}));
+        QCOMPARE(database.findByName(ScadaObjectType::RtuObject, QStringLiteral("FLOW")),
+                 (ObjectKey{ScadaObjectType::RtuObject, 1}));
+        QCOMPARE(database.findByName(ScadaObjectType::ChannelObject, QStringLiteral("12")),
+                 (ObjectKey{ScadaObjectType::ChannelObject, 1}));
+        QCOMPARE(database.findById(ScadaObjectType::Point, 200001), (ObjectKey{ScadaObjectType::AnalogPoint, 200001}));
+        QCOMPARE(database.findPoint(QStringLiteral("VALVE")), (ObjectKey{ScadaObjectType::DigitalPoint, 100001}));
+        QCOMPARE(database.count(ScadaObjectType::Point), std::size_t(2));
+        QCOMPARE(database.count(ScadaObjectType::RtuObject), std::size_t(1));
+
+        QVERIFY(!database.findByName(ScadaObjectType::Point, QStringLiteral("12")).isValid());
+        QVERIFY(!database.findByName(ScadaObjectType::ApplicationProperty, QStringLiteral("FLOW")).isValid());
+        QVERIFY(!database.findById(ScadaObjectType::RtuObject, 200001).isValid());
+        QVERIFY(!database.findById(ScadaObjectType::NoObject, 1).isValid());
+        QCOMPARE(database.count(ScadaObjectType::NoObject), std::size_t(0));
+    }
+
+    void namesStayFoundWhileItGrows()
+    {
+        RuntimeDatabase database;
+        for (int i = 0; i < 5000; ++i)
+            QVERIFY(database.add({ScadaObjectType::AnalogPoint, 200001 + i, QStringLiteral("P%1").arg(i)}));
+        for (int i = 0; i < 5000; ++i)
+            QCOMPARE(database.findPoint(QStringLiteral("P%1").arg(i)).id, 200001 + i);
+    }
+
+    void refusals_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("reason");
+        const QString unreachable =
+            QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, "
+                           "begins with a kind prefix or ends in \":\" and a field");
+        QTest::newRow("a constant") << -1 << 1 << "X"
+                                    << "X (id 1): kind -1 is no point, unit or line";
+        QTest::newRow("a property") << 7 << 1 << "X"
+                                    << "X (id 1): kind 7 is no point, unit or line";
+        QTest::newRow("a point of unknown kind") << 6 << 200003 << "X"
+                                                 << "X (id 200003): kind 6 is no point, unit or line";
+        QTest::newRow("a digital id for an analog point")
+            << 1 << 100001 << "X"
+            << "X (id 100001): the id is outside the range of its kind, 200001 to 2999999";
+        QTest::newRow("an id behind the analog range")
+            << 1 << 3000000 << "X"
+            << "X (id 3000000): the id is outside the range of its kind, 200001 to 2999999";
+        QTest::newRow("an id before the digital range")
+            << 0 << 100000 << "X"
+            << "X (id 100000): the id is outside the range of its kind, 100001 to 199999";
+        QTest::newRow("a unit without an id") << 2 << 0 << "X"
+                                              << "X (id 0): the id is outside the range of its kind, 1 upwards";
+        QTest::newRow("an id twice") << 1 << 200001 << "X"
+                                     << "X (id 200001): the id is taken by FLOW";
+        QTest::newRow("a name twice") << 1 << 200002 << "FLOW"
+                                      << "FLOW (id 200002): the name is taken by id 200001";
+        QTest::newRow("a name twice, of another kind of point") << 0 << 100001 << "FLOW"
+                                                                << "FLOW (id 100001): the name is taken by id 200001";
+        QTest::newRow("a number as a point's name")
+            << 1 << 200002 << "12" << QLatin1String("12 (id 200002): ") + unreachable;
+        QTest::newRow("a field at the end")
+            << 1 << 200002 << "A:Value" << QLatin1String("A:Value (id 200002): ") + unreachable;
+        QTest::newRow("an empty name") << 2 << 2 << "" << QLatin1String(" (id 2): ") + unreachable;
+    }
+    void refusals()
+    {
+        QFETCH(int, type);
+        QFETCH(int, id);
+        QFETCH(QString, name);
+        QFETCH(QString, reason);
+
+        RuntimeDatabase database;
+        QVERIFY(database.add({ScadaObjectType::AnalogPoint, 200001, QStringLiteral("FLOW")}));
+        const auto added = database.add({ScadaObjectType(type), id, name});
+        QVERIFY(!added);
+        QCOMPARE(added.error(), reason);
+        QCOMPARE(database.count(ScadaObjectType::Point), std::size_t(1));
+        QCOMPARE(database.count(ScadaObjectType::RtuObject), std::size_t(0));
+        QCOMPARE(database.findPoint(QStringLiteral("FLOW")).id, 200001);
+    }
+
+    void resolvesAmongAMillionPoints()
+    {
+        constexpr int million = 1000000;
+        RuntimeDatabase database;
+        database.reserve(ScadaObjectType::Point, million);
+        for (int i = 0; i < million; ++i)
+            QVERIFY(database.add({ScadaObjectType::AnalogPoint, 200001 + i, QStringLiteral("STATION.P%1").arg(i)}));
+        for (const int i : {0, 1, 499999, million - 1}) {
+            const auto link = Korvane::resolveFromString(QStringLiteral("STATION.P%1:HighLimit").arg(i), &database);
+            QCOMPARE(link.id, 200001 + i);
+            QCOMPARE(link.type, ScadaObjectType::AnalogPoint);
+        }
+        QCOMPARE(Korvane::resolveFromString(QStringLiteral("STATION.P%1").arg(million), &database).id, 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_RuntimeDatabase)
+#include "tst_runtimedatabase.moc"
