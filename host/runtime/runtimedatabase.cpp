@@ -84,7 +84,7 @@ tl::expected<void, QString> RuntimeDatabase::add(const Object& object)
 
     const std::size_t index = objects.objects.size();
     objects.objects.push_back(object);
-    objects.byName.emplace(QStringView(objects.objects.back().name), index);
+    objects.byName.emplace(QStringView(objects.objects.back().name), ObjectKey{object.type, object.id});
     objects.byId.emplace(object.id, index);
     return {};
 }
@@ -101,10 +101,7 @@ ObjectKey RuntimeDatabase::findByName(ScadaObjectType type, QStringView name) co
     if (!objects)
         return {};
     const auto found = objects->byName.find(name);
-    if (found == objects->byName.end())
-        return {};
-    const Object& object = objects->objects[found->second];
-    return {object.type, object.id};
+    return found == objects->byName.end() ? ObjectKey{} : found->second;
 }
 
 ObjectKey RuntimeDatabase::findById(ScadaObjectType type, qint32 id) const

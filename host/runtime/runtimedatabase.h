@@ -11,6 +11,9 @@
 #include <tl/expected.hpp>
 #include <tsl/robin_map.h>
 
+#include <cstring>
+#include <memory>
+#include <utility>
 #include <vector>
 
 /// The reference host's runtime database: every point, unit and line that tags can name.
@@ -48,15 +51,30 @@ public:
 private:
     struct NameHash
     {
-        std::size_t operator()(QStringView name) const noexcept { return qHash(name); }
+        std::size_t operator()(QStringView name) const noexcept
+        {
+            // Any seed but 0 will do: it has Qt hash with the processor's instruction for it.
+            return qHash(name, 1);
+        }
     };
+    struct NameEqual
+    {
+        bool operator()(QStringView a, QStringView b) const noexcept
+        {
+            return a.size() == b.size() && std::memcmp(a.data(), b.data(), std::size_t(a.size()) * sizeof(QChar)) == 0;
+        }
+    };
+    /// Keeps each name's hash beside it: names of a plant have one length, and comparing texts costs a cache miss each.
+    template <typename Value>
+    using NameMap =
+        tsl::robin_map<QStringView, Value, NameHash, NameEqual, std::allocator<std::pair<QStringView, Value>>, true>;
 
     /// Objects of one family with the names and ids of their own.
     struct Family
     {
         std::vector<Object> objects;
         // The names look into the objects' texts, which stay where they are when the vector grows.
-        tsl::robin_map<QStringView, std::size_t, NameHash> byName;
+        NameMap<ObjectKey> byName;
         tsl::robin_map<qint32, std::size_t> byId;
     };
 

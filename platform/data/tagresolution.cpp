@@ -81,6 +81,27 @@ std::optional<quint32> idFromName(QStringView name)
     return static_cast<quint32>(id);
 }
 
+void takePrefix(TagParts& parts)
+{
+    for (const Prefix& prefix : prefixes) {
+        if (parts.name.startsWith(QStringView(prefix.text, prefix.length))) {
+            parts.family = prefix.type;
+            parts.name = parts.name.mid(prefix.length);
+            return;
+        }
+    }
+}
+
+void takeField(TagParts& parts)
+{
+    const auto behindColon = std::find(parts.name.rbegin(), parts.name.rend(), QLatin1Char(':')).base();
+    if (behindColon == parts.name.begin())
+        return;
+    parts.field = DataFieldInfo::find(QStringView(behindColon, parts.name.end()));
+    if (parts.field)
+        parts.name = QStringView(parts.name.begin(), behindColon - 1);
+}
+
 TagParts parse(const QString& tag)
 {
     TagParts parts;
@@ -89,19 +110,9 @@ TagParts parse(const QString& tag)
         return parts;
 
     parts.family = ScadaObjectType::Point;
-    for (const Prefix& prefix : prefixes) {
-        if (parts.name.startsWith(QStringView(prefix.text, prefix.length))) {
-            parts.family = prefix.type;
-            parts.name = parts.name.mid(prefix.length);
-            break;
-        }
-    }
-    const qsizetype colon = parts.name.lastIndexOf(QLatin1Char(':'));
-    if (colon >= 0) {
-        parts.field = DataFieldInfo::find(parts.name.mid(colon + 1));
-        if (parts.field)
-            parts.name = parts.name.left(colon);
-    }
+    if (parts.name.front() == QLatin1Char('@'))
+        takePrefix(parts);
+    takeField(parts);
     parts.id = idFromName(parts.name);
     return parts;
 }

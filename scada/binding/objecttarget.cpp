@@ -8,6 +8,7 @@
 #include "scada/hub/korvanescadacoreinterface.h"
 
 #include <QDataStream>
+#include <QStringBuilder>
 
 namespace {
 
@@ -163,7 +164,7 @@ void ObjectTarget::fromStream(QDataStream& stream, const ScadaTagActionStream& a
     if (code == DataCode::constantMark)
         m_value = m_tagString.toDouble();
     else if (code != 0)
-        m_tagString += QLatin1Char(':') + Korvane::dtFieldToString(static_cast<DataField>(code));
+        m_tagString = m_tagString % QLatin1Char(':') % Korvane::dtFieldToString(static_cast<DataField>(code));
     m_tagString = withPrefix(m_kind, m_tagString);
     m_storedTagString = m_tagString;
 }
