@@ -13,8 +13,8 @@ bool fitsRecord(const QString& tag)
 {
     const Korvane::DataLinkInfo link = Korvane::quickResolveFromString(tag);
     const DataCode::DataField field = Korvane::dtStringToCode(link.field);
-    const bool isDoubled = link.type == Korvane::ScadaObjectType::ApplicationProperty &&
-                           link.name.startsWith(QLatin1String("@::"));
+    const bool isDoubled =
+        link.type == Korvane::ScadaObjectType::ApplicationProperty && link.name.startsWith(QLatin1String("@::"));
     return field != DataCode::DataField::Value && static_cast<int>(field) <= 0xFFFF && !isDoubled;
 }
 

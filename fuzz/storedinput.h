@@ -16,7 +16,8 @@ struct StoredInput
     StoredInput(const std::uint8_t* data, std::size_t size)
         : context(size < 2 ? 0U : (static_cast<quint32>(data[0]) << 8 | data[1]) % 1001U),
           bytes(size < 2 ? QByteArray() : QByteArray(reinterpret_cast<const char*>(data) + 2, int(size) - 2))
-    {}
+    {
+    }
 
     ScadaTagActionStream context;
     QByteArray bytes;
