@@ -16,7 +16,7 @@ function(korvane_compile_options target)
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
     if(MSVC)
-        target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 $<$<BOOL:${KORVANE_WARNINGS_AS_ERRORS}>:/WX>)
+        target_compile_options(${target} PRIVATE /W4 /wd4251 /wd4275 /permissive- /utf-8 $<$<BOOL:${KORVANE_WARNINGS_AS_ERRORS}>:/WX>)
         return()
     endif()
     target_compile_options(${target} PRIVATE
@@ -45,7 +45,7 @@ function(korvane_add_floor name)
         OUTPUT_NAME korvane${lower}
         EXPORT_NAME ${name}
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR}
+        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
         INSTALL_RPATH "$ORIGIN" # the floors beneath lie beside it
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
@@ -76,8 +76,8 @@ endfunction()
 function(korvane_test_environment test)
     set_tests_properties(${test} PROPERTIES
         TIMEOUT 300
-        FAIL_REGULAR_EXPRESSION "QWARN "
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_STYLE_OVERRIDE=Fusion;LC_ALL=C.UTF-8;TZ=UTC;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/${test}.config;RC_PARAMS=seed=20251 max_success=1000;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
+        FAIL_REGULAR_EXPRESSION "QWARN |QSYSTEM"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_STYLE_OVERRIDE=Fusion;LC_ALL=C.UTF-8;TZ=UTC;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/${test}.config;RC_PARAMS=seed=20251 max_success=1000;LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/lsan.supp':print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
 endfunction()
 
 # korvane_add_test(NAME [SOURCES ...] LIBS ...): NAME.cpp, one Qt Test executable, run by ctest.

@@ -1,5 +1,6 @@
 #include "bench/support/ratioreport.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -21,6 +22,7 @@ public:
         for (const Run& run : runs) {
             if (run.error_occurred) {
                 std::fprintf(stderr, "%s: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
+                m_hasFailed = true;
                 continue;
             }
             if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
@@ -33,6 +35,8 @@ public:
                                limit == run.counters.end() ? 0 : limit->second.value};
         }
     }
+
+    bool hasFailed() const { return m_hasFailed; }
 
     void print() const
     {
@@ -70,6 +74,7 @@ private:
 
     std::map<std::pair<std::int64_t, std::int64_t>, std::string> m_order; ///< by place of registration
     std::map<std::string, Median> m_medians;
+    bool m_hasFailed = false;
 };
 
 } // namespace
@@ -91,5 +96,5 @@ int korvaneBenchmarkMain(int argc, char** argv)
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.print();
-    return 0;
+    return reporter.hasFailed() ? 1 : 0;
 }

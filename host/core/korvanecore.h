@@ -4,7 +4,10 @@
 #include "host/hostexport.h"
 #include "platform/core/korvanecoreinterface.h"
 
-/// The reference host's core object. Owns the service hub and closes it at its end.
+/// The reference host's core object. Owns the service hub.
+///
+/// Close the hub before any registered service goes. The core's own end closes it too, for whoever forgot, but that may be
+/// late.
 class KORVANE_HOST_EXPORT KorvaneCore : public KorvaneCoreInterface
 {
 public:

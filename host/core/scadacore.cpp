@@ -19,7 +19,7 @@ bool ScadaCore::open()
 
 QStringList ScadaCore::missingServices() const
 {
-    // The base's getters are not const by contract; they only read.
+    // The base's getters are not const, as embedders know them; they only read.
     auto& hub = const_cast<ScadaCore&>(*this);
     const std::pair<const void*, QString> needed[] = {
         {hub.scadaRuntime(), QStringLiteral("runtime database")},

@@ -73,8 +73,8 @@ tl::expected<void, QString> RuntimeDatabase::add(const Object& object)
         return refused(QStringLiteral("the id is outside the range of its kind, %1").arg(idRange(object.type)));
     if (!Korvane::isAddressableName(object.name, object.type)) {
         return refused(
-            QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, begins with a "
-                           "kind prefix or ends in \":\" and a field"));
+            QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, begins with "
+                           "\"@\" or ends in \":\" and a field"));
     }
     Family& objects = *family(object.type);
     if (objects.byId.contains(object.id))

@@ -39,7 +39,7 @@ public:
     /// Adds a digital or analog point, a unit or a line.
     /// \returns the reason, naming the object, when it is refused: another kind; an id outside its kind's range
     /// (points) or below 1; an id or name that its family has already; a name that no tag could reach.
-    tl::expected<void, QString> add(const Object& object);
+    [[nodiscard]] tl::expected<void, QString> add(const Object& object);
 
     /// How many objects the family of \p type has; 0 for a kind that is not kept here.
     std::size_t count(Korvane::ScadaObjectType type) const;

@@ -106,6 +106,7 @@ constexpr DataFieldInfo table[] = {
 // clang-format on
 
 constexpr std::size_t tableSize = std::size(table);
+static_assert(tableSize <= 256, "places are kept in bytes");
 
 constexpr bool isOrderedByCode()
 {

@@ -40,8 +40,6 @@ struct KORVANE_PLATFORM_EXPORT DataFieldInfo
     /// Member of the middleware record that holds the field; null when the runtime database supplies it.
     const char* recordMember;
 
-    bool isSuppliedByRecord() const noexcept { return recordMember != nullptr; }
-
     /// Whether objects of \p type have the field. A point of unknown kind has every field of both kinds; constants and
     /// application properties have none.
     bool isFieldOf(Korvane::ScadaObjectType type) const noexcept;
@@ -51,7 +49,8 @@ struct KORVANE_PLATFORM_EXPORT DataFieldInfo
 
     /// \returns null for an unknown code.
     static const DataFieldInfo* find(DataCode::DataField field) noexcept;
-    /// Case-sensitive. \returns null for an unknown name. Does not allocate.
+    /// Case-sensitive.
+    /// \returns null for an unknown name. Does not allocate.
     static const DataFieldInfo* find(QStringView name) noexcept;
 };
 

@@ -12,7 +12,11 @@
 /// without a collision.
 struct MwDataDepartment
 {
-    using Records = tsl::robin_map<quint32, QuorixData>;
+    struct IdHash
+    {
+        std::size_t operator()(quint32 id) const noexcept { return id; }
+    };
+    using Records = tsl::robin_map<quint32, QuorixData, IdHash>;
 
     Records points;   ///< digital, analog and not yet known points
     Records rtus;     ///< remote terminal units

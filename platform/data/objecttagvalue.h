@@ -52,7 +52,7 @@ public:
     /// to.
     bool isDBAcceptable(int pointId) const;
 
-    /// Takes the value of the bound field from \p record; a record without it leaves the value as it was. The record is
+    /// Takes the value of the bound field from \p record; a record without it leaves the value as it was. \p record must not be null and is
     /// only read. To be called where isMMDataAcceptable() holds; otherwise it does nothing.
     void setMMValue(const QuorixData* record);
 

@@ -49,7 +49,7 @@ bool isOfNumbers(QChar character)
     default:
         break;
     }
-    const ushort lower = character.unicode() | 0x20;
+    const auto lower = static_cast<ushort>(character.unicode() | 0x20);
     if ((lower >= u'0' && lower <= u'9') || lower == u'a' || lower == u'e' || lower == u'f' || lower == u'i' ||
         lower == u'n')
         return true;
@@ -113,7 +113,8 @@ TagParts parse(const QString& tag)
     if (parts.name.front() == QLatin1Char('@'))
         takePrefix(parts);
     takeField(parts);
-    parts.id = idFromName(parts.name);
+    if (parts.family != ScadaObjectType::ApplicationProperty) // properties have names alone
+        parts.id = idFromName(parts.name);
     return parts;
 }
 
@@ -177,10 +178,13 @@ DataLinkInfo quickResolveFromString(const QString& tag)
 
 bool isAddressableName(const QString& name, ScadaObjectType type)
 {
+    if (name.isEmpty() || type == ScadaObjectType::NoObject)
+        return false;
+    if (isPointObjectType(type) && name.startsWith(QLatin1Char('@')))
+        return false;
     const QString tag = tagPrefix(type) + name;
     const TagParts parts = parse(tag);
-    const bool isFamily = isPointObjectType(type) ? parts.family == ScadaObjectType::Point : parts.family == type;
-    return isFamily && !name.isEmpty() && !parts.field && !parts.id;
+    return parts.family != ScadaObjectType::NoObject && !parts.field && !parts.id;
 }
 
 } // namespace Korvane

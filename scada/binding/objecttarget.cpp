@@ -65,7 +65,7 @@ const ObjectTarget& ObjectTarget::operator=(const ObjectTarget& other)
     m_tagString = other.m_tagString;
     m_storedTagString = other.m_storedTagString;
     ObjectTagValue::operator=(other);
-    // Kept: the logging description is not copied. Conditions and page editors assign over targets that have their own.
+    // Kept: the logging description is not copied; an assigned-to target goes on with its own.
     return *this;
 }
 

@@ -64,8 +64,9 @@ public:
     void resolve(ScadaRuntimeInterface* runtime);
 
     /// Replaces every occurrence of \p before in the tag string: plain, case-sensitive text, no regard to word
-    /// boundaries. The stored tag string and the binding stay. \returns false, with nothing changed, when the tag
-    /// string does not contain \p before.
+    /// boundaries; an empty text occurs before, between and behind all characters, as QString has it. The stored tag
+    /// string and the binding stay.
+    /// \returns false, with nothing changed, when the tag string does not contain \p before.
     bool replaceText(const QString& before, const QString& after);
 
     /// Renames points: each pair (old, new) whose old name the stored tag string contains is applied, in order, to a
@@ -76,7 +77,8 @@ public:
     bool replacePointName(KorvaneScadaCoreInterface* hub, const QList<QPair<QString, QString>>& renames);
 
     /// Takes \p value when it differs from the current value as QVariant compares them: no dead band, no tolerance
-    /// beyond QVariant's own. \returns whether it differed.
+    /// beyond QVariant's own.
+    /// \returns whether it differed.
     bool needUpdate(double value);
 
     /// The logging description; null until setLogDataInfo. Belongs to no target: copies share it and it is never

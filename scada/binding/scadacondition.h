@@ -47,8 +47,9 @@ public:
     ///
     /// Both sides are read as numbers and narrowed to single precision before they are compared, so two doubles that
     /// differ only beyond float precision are equal, and texts are never compared as text. NaN compares as IEEE 754
-    /// says. \returns false when both values are invalid or the operator is none of OpType; an invalid side alone
-    /// counts as 0.
+    /// says.
+    /// \returns false when both values are invalid or the operator is none of OpType; an invalid side alone counts as
+    /// 0.
     bool checkCondition() const;
 
     /// "left operator right" and, with \p withLogic, the link behind another space (which stays when there is no link).

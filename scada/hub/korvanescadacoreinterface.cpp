@@ -1,6 +1,6 @@
 #include "scada/hub/korvanescadacoreinterface.h"
 
-// The speech front end has no initial value by contract.
+// The speech front end is kept without a value: whether it can speak, the host states itself.
 KorvaneScadaCoreInterface::KorvaneScadaCoreInterface(QObject* parent) // NOLINT(*-member-init)
     : QObject(parent)
 {

@@ -1,12 +1,13 @@
 # Run by ctest, which gives: build, source, work (a folder for itself), project, generator, compiler, flags.
 function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
     if(NOT result EQUAL 0)
-        message(FATAL_ERROR "${ARGN}\n${output}")
+        message(FATAL_ERROR "${ARGN}\n${output}${errors}")
     endif()
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
+unset(ENV{DESTDIR})
 file(REMOVE_RECURSE "${work}")
 run("${CMAKE_COMMAND}" --install "${build}" --prefix "${work}/prefix")
 run("${CMAKE_COMMAND}" -S "${project}" -B "${work}/build" -G "${generator}"

@@ -56,7 +56,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reason");
         const QString unreachable =
             QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, "
-                           "begins with a kind prefix or ends in \":\" and a field");
+                           "begins with \"@\" or ends in \":\" and a field");
         QTest::newRow("a constant") << -1 << 1 << "X"
                                     << "X (id 1): kind -1 is no point, unit or line";
         QTest::newRow("a property") << 7 << 1 << "X"

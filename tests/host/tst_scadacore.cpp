@@ -42,8 +42,8 @@ private Q_SLOTS:
 
     void opensWhenNothingIsMissing()
     {
-        KorvaneCore core;
         RuntimeDatabase runtime;
+        KorvaneCore core;
         KorvaneScadaCoreInterface& hub = *core.scadaCoreInterface();
         QCOMPARE(hub.missingServices(),
                  QStringList({QStringLiteral("runtime database"), QStringLiteral("data service"),
@@ -59,8 +59,8 @@ private Q_SLOTS:
 
     void announcesItsEndOnceAndStaysClosed()
     {
-        ScadaCore hub(nullptr);
         RuntimeDatabase runtime;
+        ScadaCore hub(nullptr);
         registerEverything(hub, runtime);
         QSignalSpy closing(&hub, &KorvaneScadaCoreInterface::systemAboutTobeClose);
         QVERIFY(hub.open());
@@ -73,8 +73,8 @@ private Q_SLOTS:
 
     void isNoLongerOpenForWhoeverHearsOfItsEnd()
     {
-        ScadaCore hub(nullptr);
         RuntimeDatabase runtime;
+        ScadaCore hub(nullptr);
         registerEverything(hub, runtime);
         QVERIFY(hub.open());
         bool openWhenTold = true;

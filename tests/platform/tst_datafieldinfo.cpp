@@ -2,6 +2,8 @@
 
 #include <QtTest>
 
+#include <limits>
+
 using DataCode::DataField;
 using Korvane::ScadaObjectType;
 
@@ -106,7 +108,7 @@ private Q_SLOTS:
     {
         QStringList supplied;
         for (const DataFieldInfo* entry : DataFieldInfo::all()) {
-            if (entry->isSuppliedByRecord())
+            if (entry->recordMember)
                 supplied.append(QString::fromLatin1(entry->name) + QLatin1Char('=') +
                                 QString::fromLatin1(entry->recordMember));
         }

@@ -4,7 +4,10 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
+#include <new>
 #include <type_traits>
 
 static_assert(std::is_abstract_v<KorvaneScadaCoreInterface>);
@@ -47,13 +50,18 @@ class tst_KorvaneScadaCoreInterface : public QObject
 private Q_SLOTS:
     void aFreshHubHasNoServices()
     {
-        TestHub hub;
+        // Over memory that is not zero by itself, so that a forgotten initial value shows.
+        alignas(TestHub) unsigned char memory[sizeof(TestHub)];
+        std::fill(std::begin(memory), std::end(memory), static_cast<unsigned char>(0xA5));
+        const auto destroy = [](TestHub* made) { made->~TestHub(); };
+        const std::unique_ptr<TestHub, decltype(destroy)> made(new (memory) TestHub, destroy);
+        TestHub& hub = *made;
         QVERIFY(!hub.alarmProcessor());
         QVERIFY(!hub.runtimeManager());
         QVERIFY(!hub.alarmManager());
         QVERIFY(!hub.messageProcessor());
         QVERIFY(!hub.scadaRuntime());
-        QVERIFY(!hub.core());
+        QVERIFY(!hub.core()); // this concrete hub sets none
         QVERIFY(!hub.canvasActionManagerFactory());
         QVERIFY(!hub.controller());
         QVERIFY(!hub.changeEventProcessor());

@@ -150,6 +150,9 @@ private Q_SLOTS:
         QTest::newRow("in the field too") << "PUMP:HighLimit"
                                           << "High"
                                           << "Low" << true << "PUMP:LowLimit";
+        QTest::newRow("an empty text occurs everywhere, as QString has it") << "AB"
+                                                                            << ""
+                                                                            << "x" << true << "xAxBx";
         QTest::newRow("by nothing") << "PUMP"
                                     << "PUMP"
                                     << "" << true << "";
@@ -285,6 +288,7 @@ private Q_SLOTS:
         QTest::newRow("zero of either sign") << QVariant(0.0) << -0.0 << false;
         QTest::newRow("a whole number of the same size") << QVariant(5) << 5.0 << false;
         QTest::newRow("a text of the same number") << QVariant(QStringLiteral("5")) << 5.0 << false;
+        QTest::newRow("a text that reads as the same number") << QVariant(QStringLiteral("5.0")) << 5.0 << false;
         QTest::newRow("another text") << QVariant(QStringLiteral("on")) << 5.0 << true;
         QTest::newRow("NaN is never the same") << QVariant(nan) << nan << true;
         QTest::newRow("infinity is the same") << QVariant(infinity) << infinity << false;
@@ -362,10 +366,30 @@ private Q_SLOTS:
         QCOMPARE(record->pointName, QStringLiteral("A"));
     }
 
+    void aCopyCarriesEverything()
+    {
+        TestRuntime runtime;
+        runtime.add(ScadaObjectType::AnalogPoint, 200001, QStringLiteral("A"));
+        ObjectTarget original = target("A:HighLimit");
+        original.resolve(&runtime);
+        original.setValue(1);
+        original.setFieldValue(DataField::LowLimit, 2);
+        const ObjectTarget copy(original);
+        QCOMPARE(copy.getTagString(), QStringLiteral("A"));
+        QCOMPARE(storedTagString(copy), QStringLiteral("A:HighLimit"));
+        QCOMPARE(copy.getPid(), 200001);
+        QCOMPARE(copy.objectKindType(), ScadaObjectType::AnalogPoint);
+        QCOMPARE(copy.value(), QVariant(1));
+        QCOMPARE(copy.fieldValue(DataField::LowLimit), QVariant(2));
+        QCOMPARE(copy.field(), DataFieldInfo::find(DataField::HighLimit));
+    }
+
     void assignmentLeavesTheLoggingDescription()
     {
+        TestRuntime runtime;
+        runtime.add(ScadaObjectType::AnalogPoint, 200001, QStringLiteral("A"));
         ObjectTarget original = target("A:HighLimit");
-        original.resolve(nullptr);
+        original.resolve(&runtime);
         original.setValue(1);
         original.setFieldValue(DataField::LowLimit, 2);
         original.setLogDataInfo({});
@@ -375,7 +399,8 @@ private Q_SLOTS:
         QVERIFY(!without.getLogDataInfo());
         QCOMPARE(without.getTagString(), QStringLiteral("A"));
         QCOMPARE(storedTagString(without), QStringLiteral("A:HighLimit"));
-        QCOMPARE(without.objectKindType(), ScadaObjectType::Point);
+        QCOMPARE(without.objectKindType(), ScadaObjectType::AnalogPoint);
+        QCOMPARE(without.getPid(), 200001);
         QCOMPARE(without.value(), QVariant(1));
         QCOMPARE(without.fieldValue(DataField::LowLimit), QVariant(2));
         QCOMPARE(without.field(), DataFieldInfo::find(DataField::HighLimit));
@@ -398,7 +423,8 @@ private Q_SLOTS:
         QCOMPARE(storedTagString(made), QStringLiteral("A:HighLimit"));
     }
 
-    void aTargetOfOneNameIsSmall() { QVERIFY(sizeof(ObjectTarget) <= 80); }
+    // Actions of one target are kept by the hundred thousand.
+    void itTakesAtMostEightyBytes() { QVERIFY(sizeof(ObjectTarget) <= 80); }
 };
 
 QTEST_GUILESS_MAIN(tst_ObjectTarget)

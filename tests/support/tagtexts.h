@@ -4,6 +4,7 @@
 
 #include <rapidcheck.h>
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -49,15 +50,7 @@ inline rc::Gen<QString> tagTexts()
                         });
 }
 
-namespace rc {
-
-inline void showValue(const QString& text, std::ostream& out)
-{
-    out << '"' << text.toStdString() << '"';
-}
-
-} // namespace rc
-
+/// How a counterexample is shown.
 inline std::ostream& operator<<(std::ostream& out, const QString& text)
 {
     return out << '"' << text.toStdString() << '"';

@@ -6,7 +6,9 @@
 int main()
 {
     RuntimeDatabase database;
-    database.add({Korvane::ScadaObjectType::AnalogPoint, 200001, "PUMP_01.TEMP"});
+    const auto added = database.add({Korvane::ScadaObjectType::AnalogPoint, 200001, "PUMP_01.TEMP"});
+    if (!added)
+        qFatal("%s", qPrintable(added.error()));
 
     ScadaCondition tooHot = ConditionData{"PUMP_01.TEMP", "80", Korvane::OpType::Greater};
     tooHot.lValue()->resolve(&database);

@@ -1,1 +1,0 @@
-#include "scada/hub/korvanegeneralmessageprocessorinterface.h"
