@@ -74,10 +74,12 @@ endfunction()
 
 # korvane_test_environment(TEST): pins what a test would otherwise take from the machine, and makes Qt's warnings count.
 function(korvane_test_environment test)
+    file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/runtime")
+    file(CHMOD "${PROJECT_BINARY_DIR}/runtime" DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
     set_tests_properties(${test} PROPERTIES
         TIMEOUT 300
-        FAIL_REGULAR_EXPRESSION "QWARN |QSYSTEM"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_STYLE_OVERRIDE=Fusion;LC_ALL=C.UTF-8;TZ=UTC;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/${test}.config;RC_PARAMS=seed=20251 max_success=1000;LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/lsan.supp':print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
+        FAIL_REGULAR_EXPRESSION "QWARN |QSYSTEM|QStandardPaths:"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_STYLE_OVERRIDE=Fusion;LC_ALL=C.UTF-8;TZ=UTC;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/${test}.config;XDG_RUNTIME_DIR=${PROJECT_BINARY_DIR}/runtime;RC_PARAMS=seed=20251 max_success=1000;LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/lsan.supp':print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
 endfunction()
 
 # korvane_add_test(NAME [SOURCES ...] LIBS ...): NAME.cpp, one Qt Test executable, run by ctest.

@@ -19,6 +19,7 @@ public:
         return name.size() % 2 == 0 ? key(family, int(name.size()) + 200001) : ObjectKey{};
     }
     ObjectKey findById(ScadaObjectType family, qint32 id) const override { return key(family, id); }
+    QVariant fieldValue(ObjectKey, DataCode::DataField) const override { return {}; }
 
 private:
     static ObjectKey key(ScadaObjectType family, qint32 id)

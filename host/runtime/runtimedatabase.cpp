@@ -2,6 +2,7 @@
 
 #include "platform/data/tagresolution.h"
 
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -30,6 +31,16 @@ QString idRange(ScadaObjectType type)
     default:
         return QStringLiteral("1 upwards");
     }
+}
+
+QVariant text(const QString& value)
+{
+    return value.isEmpty() ? QVariant() : QVariant(value);
+}
+
+QVariant limit(double value)
+{
+    return std::isnan(value) ? QVariant() : QVariant(value);
 }
 
 } // namespace
@@ -113,6 +124,39 @@ ObjectKey RuntimeDatabase::findById(ScadaObjectType type, qint32 id) const
     if (found == objects->byId.end())
         return {};
     return {objects->objects[found->second].type, id};
+}
+
+QVariant RuntimeDatabase::fieldValue(ObjectKey key, DataCode::DataField field) const
+{
+    const Family* objects = family(key.type);
+    if (!objects)
+        return {};
+    const auto found = objects->byId.find(key.id);
+    if (found == objects->byId.end())
+        return {};
+    const Object& object = objects->objects[found->second];
+    switch (field) {
+    case DataCode::DataField::PointName:
+        return object.name;
+    case DataCode::DataField::StationName:
+        return text(object.station);
+    case DataCode::DataField::FullName:
+        return object.station.isEmpty() ? object.name : object.station + QLatin1Char('.') + object.name;
+    case DataCode::DataField::Description:
+        return text(object.description);
+    case DataCode::DataField::DisplayName:
+        return text(object.displayName);
+    case DataCode::DataField::LowLowLimit:
+        return limit(object.lowLow);
+    case DataCode::DataField::LowLimit:
+        return limit(object.low);
+    case DataCode::DataField::HighLimit:
+        return limit(object.high);
+    case DataCode::DataField::HighHighLimit:
+        return limit(object.highHigh);
+    default:
+        return {};
+    }
 }
 
 ObjectKey RuntimeDatabase::findPoint(QStringView name) const

@@ -12,6 +12,7 @@
 #include <tsl/robin_map.h>
 
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -28,6 +29,14 @@ public:
         Korvane::ScadaObjectType type = Korvane::ScadaObjectType::NoObject;
         qint32 id = 0;
         QString name;
+        QString station = {};
+        QString description = {};
+        QString displayName = {};
+        /// Limits of an analog point in its own unit; NaN for one that it does not have.
+        double lowLow = std::numeric_limits<double>::quiet_NaN();
+        double low = std::numeric_limits<double>::quiet_NaN();
+        double high = std::numeric_limits<double>::quiet_NaN();
+        double highHigh = std::numeric_limits<double>::quiet_NaN();
     };
 
     RuntimeDatabase();
@@ -47,6 +56,9 @@ public:
     ObjectKey findByName(Korvane::ScadaObjectType family, QStringView name) const override;
     ObjectKey findById(Korvane::ScadaObjectType family, qint32 id) const override;
     ObjectKey findPoint(QStringView name) const override;
+
+    /// Names, descriptions and limits; the full name is station and name, joined by a ".".
+    QVariant fieldValue(ObjectKey object, DataCode::DataField field) const override;
 
 private:
     struct NameHash

@@ -21,7 +21,8 @@ constexpr quint8 channel = DataFieldInfo::Channel;
 // In order of the codes, since it is searched by halving.
 // clang-format off
 constexpr DataFieldInfo table[] = {
-    {DataField::Value, "Value", FieldType::Number, FieldUnit::Point, digital | analog, "value"},
+    {DataField::Value, "Value", FieldType::Number, FieldUnit::Point, digital | analog,
+     DataFieldInfo::currentValueMember},
     {DataField::ValueWithUnit, "ValueWithUnit", FieldType::Text, FieldUnit::None, analog, nullptr},
     {DataField::PointName, "PointName", FieldType::Text, FieldUnit::None, digital | analog, nullptr},
     {DataField::StatusName, "StatusName", FieldType::Text, FieldUnit::None, digital, nullptr},

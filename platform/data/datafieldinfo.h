@@ -32,13 +32,29 @@ struct KORVANE_PLATFORM_EXPORT DataFieldInfo
     /// Which kinds of objects have the field.
     enum ObjectFamily : quint8 { Digital = 0x01, Analog = 0x02, Rtu = 0x04, Channel = 0x08 };
 
+    /// Member of the middleware record that holds the current value.
+    static constexpr const char* currentValueMember = "value";
+
     DataCode::DataField field;
     const char* name; ///< ASCII, without ":", unique in the table
     FieldType type;
     FieldUnit unit;
     quint8 families; ///< ObjectFamily bits
-    /// Member of the middleware record that holds the field; null when the runtime database supplies it.
+    /// Member of the middleware record that holds the field; null when someone else supplies it.
     const char* recordMember;
+
+    /// Who a value of the field comes from.
+    enum class Supplier {
+        Record,          ///< the middleware record
+        RuntimeDatabase, ///< names, limits and statistics of the running periods
+        History,         ///< the data service: periods that have ended
+    };
+    Supplier supplier() const noexcept
+    {
+        if (recordMember)
+            return Supplier::Record;
+        return field >= DataCode::DataField::PastMaximum ? Supplier::History : Supplier::RuntimeDatabase;
+    }
 
     /// Whether objects of \p type have the field. A point of unknown kind has every field of both kinds; constants and
     /// application properties have none.

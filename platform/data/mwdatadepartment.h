@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/data/quorixdata.h"
+#include "platform/data/scadaobjecttype.h"
 
 #include <tsl/robin_map.h>
 
@@ -21,4 +22,24 @@ struct MwDataDepartment
     Records points;   ///< digital, analog and not yet known points
     Records rtus;     ///< remote terminal units
     Records channels; ///< communication lines
+
+    /// The map that holds records of objects of \p type; null for a type that batches carry no records of.
+    const Records* recordsOf(Korvane::ScadaObjectType type) const
+    {
+        if (Korvane::isPointObjectType(type))
+            return &points;
+        if (type == Korvane::ScadaObjectType::RtuObject)
+            return &rtus;
+        return type == Korvane::ScadaObjectType::ChannelObject ? &channels : nullptr;
+    }
+
+    /// The record of one object; null when the batch has none.
+    const QuorixData* find(Korvane::ScadaObjectType type, qint32 id) const
+    {
+        const Records* records = recordsOf(type);
+        if (!records)
+            return nullptr;
+        const auto found = records->find(static_cast<quint32>(id));
+        return found == records->end() ? nullptr : &found->second;
+    }
 };

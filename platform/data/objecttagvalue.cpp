@@ -1,26 +1,32 @@
 #include "platform/data/objecttagvalue.h"
 
-#include "platform/data/datafieldinfo.h"
 #include "platform/data/datalinkinfo.h"
 #include "platform/data/quorixdata.h"
+#include "platform/data/samevalue.h"
 
-namespace {
+#include <utility>
 
-const char* recordMember(const DataFieldInfo* field)
-{
-    static const char* const currentValue = DataFieldInfo::find(DataCode::DataField::Value)->recordMember;
-    return field ? field->recordMember : currentValue;
-}
-
-} // namespace
+quint64 ObjectTagValue::s_bindingChanges = 0;
 
 ObjectTagValue::ObjectTagValue() = default;
 ObjectTagValue::ObjectTagValue(const ObjectTagValue& other) = default;
-ObjectTagValue& ObjectTagValue::operator=(const ObjectTagValue& other) = default;
+ObjectTagValue& ObjectTagValue::operator=(const ObjectTagValue& other)
+{
+    if (this == &other)
+        return *this;
+    m_pid = other.m_pid;
+    m_kind = other.m_kind;
+    m_value = other.m_value;
+    m_fieldValues = other.m_fieldValues;
+    m_field = other.m_field;
+    countBindingChange();
+    return *this;
+}
 ObjectTagValue::~ObjectTagValue() = default;
 
 void ObjectTagValue::setLinkData(const Korvane::DataLinkInfo& link)
 {
+    countBindingChange();
     m_kind = link.type;
     m_pid = link.id;
     m_field = link.field.isEmpty() ? nullptr : DataFieldInfo::find(QStringView(link.field));
@@ -32,20 +38,14 @@ void ObjectTagValue::setLinkData(const Korvane::DataLinkInfo& link)
         m_value = number;
 }
 
-bool ObjectTagValue::isMMDataAcceptable() const
+bool ObjectTagValue::setMMValue(const QuorixData* record)
 {
-    return recordMember(m_field) != nullptr;
-}
-
-bool ObjectTagValue::isDBAcceptable(int pointId) const
-{
-    return pointId == m_pid && !isMMDataAcceptable();
-}
-
-void ObjectTagValue::setMMValue(const QuorixData* record)
-{
-    const char* member = recordMember(m_field);
+    const char* member = recordMember();
     const QuorixValue* value = member ? record->GetValue(member) : nullptr;
-    if (value)
-        m_value = value->toVariant();
+    if (!value)
+        return !isSameValue(m_value, m_value); // NaN is never the same, not even left alone
+    QVariant next = value->toVariant();
+    const bool isChanged = !isSameValue(next, m_value);
+    m_value = std::move(next);
+    return isChanged;
 }

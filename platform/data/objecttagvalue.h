@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/data/datacode.h"
+#include "platform/data/datafieldinfo.h"
 #include "platform/data/scadaobjecttype.h"
 #include "platform/platformexport.h"
 
 #include <QMap>
 #include <QVariant>
 
-struct DataFieldInfo;
 class QuorixData;
 
 namespace Korvane {
@@ -29,6 +29,9 @@ public:
     /// Id of the bound object, 0 when unknown.
     qint32 getPid() const { return m_pid; }
 
+    /// Kind of the bound object.
+    Korvane::ScadaObjectType objectKind() const { return m_kind; }
+
     const QVariant& value() const { return m_value; }
     void setValue(const QVariant& value) { m_value = value; }
 
@@ -46,20 +49,32 @@ public:
     void setLinkData(const Korvane::DataLinkInfo& link);
 
     /// Whether the bound field is one that a middleware record supplies.
-    bool isMMDataAcceptable() const;
+    bool isMMDataAcceptable() const { return recordMember() != nullptr; }
 
-    /// Whether the bound field is one that the runtime database supplies, for the object \p pointId that this is bound
-    /// to.
-    bool isDBAcceptable(int pointId) const;
+    /// Whether the bound field is one that the dispatcher fills (from the runtime database or the history), for the
+    /// object \p pointId that this is bound to.
+    bool isDBAcceptable(int pointId) const { return pointId == m_pid && !isMMDataAcceptable(); }
 
-    /// Takes the value of the bound field from \p record; a record without it leaves the value as it was. \p record must not be null and is
-    /// only read. To be called where isMMDataAcceptable() holds; otherwise it does nothing.
-    void setMMValue(const QuorixData* record);
+    /// Takes the value of the bound field from \p record, which must not be null and is only read; a record without it
+    /// leaves the value as it was. To be called where isMMDataAcceptable() holds; otherwise it does nothing.
+    /// \returns whether the value is another one now, as isSameValue has it.
+    bool setMMValue(const QuorixData* record);
+
+    /// How often values in this program were bound to another object or field, for caches by id. GUI thread only.
+    static quint64 bindingChanges() { return s_bindingChanges; }
 
 protected:
+    /// To be called by whoever sets the id otherwise than by setLinkData.
+    static void countBindingChange() { ++s_bindingChanges; }
+
     qint32 m_pid = 0;
     Korvane::ScadaObjectType m_kind = Korvane::ScadaObjectType::NoObject;
     QVariant m_value;
     QMap<DataCode::DataField, QVariant> m_fieldValues;
     const DataFieldInfo* m_field = nullptr;
+
+private:
+    static quint64 s_bindingChanges;
+
+    const char* recordMember() const { return m_field ? m_field->recordMember : DataFieldInfo::currentValueMember; }
 };

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/data/datacode.h"
 #include "platform/data/objectkey.h"
 #include "platform/platformexport.h"
 
 #include <QStringView>
+#include <QVariant>
 
 /// The runtime database: the objects that live process data belongs to. Implemented by the host, used on the GUI
 /// thread.
@@ -24,4 +26,8 @@ public:
     /// Looks an object up by its id.
     /// \returns an invalid key when the family has no such object or is none of the three.
     virtual ObjectKey findById(Korvane::ScadaObjectType family, qint32 id) const = 0;
+
+    /// What the database holds of an object: a field that it supplies (DataFieldInfo::Supplier::RuntimeDatabase).
+    /// \returns an invalid variant when it holds none, or has no such object.
+    virtual QVariant fieldValue(ObjectKey object, DataCode::DataField field) const = 0;
 };

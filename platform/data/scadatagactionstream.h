@@ -1,8 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QtGlobal>
 
-/// What a reader or writer of stored tag actions needs to know beside the bytes: the version of the record layout.
+/// A stored tag action: its settings as bytes, and the version of the record layouts in them.
 class ScadaTagActionStream
 {
 public:
@@ -15,6 +16,11 @@ public:
     /// Any 32-bit number: a stored page can claim any version.
     quint32 version() const { return m_version; }
 
+    /// The action's settings, in the action's own form.
+    const QByteArray& data() const { return m_data; }
+    void setData(const QByteArray& data) { m_data = data; }
+
 private:
     quint32 m_version = currentVersion;
+    QByteArray m_data;
 };

@@ -39,6 +39,37 @@ private Q_SLOTS:
         QCOMPARE(database.count(ScadaObjectType::NoObject), std::size_t(0));
     }
 
+    void holdsWhatThePointListSays()
+    {
+        RuntimeDatabase database;
+        RuntimeDatabase::Object flow{ScadaObjectType::AnalogPoint, 200001, QStringLiteral("FLOW")};
+        flow.station = QStringLiteral("LOOP");
+        flow.description = QStringLiteral("Flow behind the pump");
+        flow.displayName = QStringLiteral("Flow");
+        flow.low = 0.5;
+        flow.highHigh = 90;
+        QVERIFY(database.add(flow));
+        QVERIFY(database.add({ScadaObjectType::RtuObject, 1, QStringLiteral("RTU1")}));
+
+        const ObjectKey key{ScadaObjectType::AnalogPoint, 200001};
+        using DataCode::DataField;
+        QCOMPARE(database.fieldValue(key, DataField::PointName), QVariant(QStringLiteral("FLOW")));
+        QCOMPARE(database.fieldValue(key, DataField::StationName), QVariant(QStringLiteral("LOOP")));
+        QCOMPARE(database.fieldValue(key, DataField::FullName), QVariant(QStringLiteral("LOOP.FLOW")));
+        QCOMPARE(database.fieldValue(key, DataField::Description), QVariant(QStringLiteral("Flow behind the pump")));
+        QCOMPARE(database.fieldValue(key, DataField::DisplayName), QVariant(QStringLiteral("Flow")));
+        QCOMPARE(database.fieldValue(key, DataField::LowLimit), QVariant(0.5));
+        QCOMPARE(database.fieldValue(key, DataField::HighHighLimit), QVariant(90.0));
+        QVERIFY(!database.fieldValue(key, DataField::HighLimit).isValid());
+        QVERIFY(!database.fieldValue(key, DataField::LowLowLimit).isValid());
+        QVERIFY(!database.fieldValue(key, DataField::TodayMaximum).isValid());
+        QCOMPARE(database.fieldValue({ScadaObjectType::RtuObject, 1}, DataField::FullName),
+                 QVariant(QStringLiteral("RTU1")));
+        QVERIFY(!database.fieldValue({ScadaObjectType::RtuObject, 1}, DataField::Description).isValid());
+        QVERIFY(!database.fieldValue({ScadaObjectType::RtuObject, 200001}, DataField::PointName).isValid());
+        QVERIFY(!database.fieldValue({ScadaObjectType::NoObject, 1}, DataField::PointName).isValid());
+    }
+
     void namesStayFoundWhileItGrows()
     {
         RuntimeDatabase database;

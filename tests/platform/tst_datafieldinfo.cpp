@@ -108,6 +108,7 @@ private Q_SLOTS:
     {
         QStringList supplied;
         for (const DataFieldInfo* entry : DataFieldInfo::all()) {
+            QCOMPARE(entry->supplier() == DataFieldInfo::Supplier::Record, entry->recordMember != nullptr);
             if (entry->recordMember)
                 supplied.append(QString::fromLatin1(entry->name) + QLatin1Char('=') +
                                 QString::fromLatin1(entry->recordMember));

@@ -111,8 +111,9 @@ private Q_SLOTS:
         record.setMember("time", QuorixValue(time));
 
         ObjectTagValue value;
-        value.setMMValue(&record);
+        QVERIFY(value.setMMValue(&record));
         QCOMPARE(value.value(), QVariant(7.5));
+        QVERIFY(!value.setMMValue(&record));
         value.setLinkData(link(ScadaObjectType::AnalogPoint, 200001, "PUMP", "UpdateTime"));
         value.setMMValue(&record);
         QCOMPARE(value.value(), QVariant(time));
@@ -122,6 +123,19 @@ private Q_SLOTS:
         value.setLinkData(link(ScadaObjectType::AnalogPoint, 200001, "PUMP", "HighLimit"));
         value.setMMValue(&record); // the runtime database supplies it
         QCOMPARE(value.value(), QVariant(time));
+    }
+
+    void bindingAnewIsCounted()
+    {
+        ObjectTagValue value;
+        ObjectTagValue other;
+        const quint64 before = ObjectTagValue::bindingChanges();
+        value.setValue(1);
+        QCOMPARE(ObjectTagValue::bindingChanges(), before);
+        value.setLinkData(link(ScadaObjectType::AnalogPoint, 200001, "PUMP"));
+        QCOMPARE(ObjectTagValue::bindingChanges(), before + 1);
+        other = value;
+        QCOMPARE(ObjectTagValue::bindingChanges(), before + 2);
     }
 
     void copiesCarryEverything()

@@ -3,7 +3,9 @@
 #include "platform/data/pointdirectory.h"
 #include "platform/data/scadaruntimeinterface.h"
 
-#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QPair>
 #include <QString>
 
 /// A runtime database and point directory for tests: a plain list of objects.
@@ -23,6 +25,12 @@ public:
     }
 
     ObjectKey findPoint(QStringView name) const override { return findByName(Korvane::ScadaObjectType::Point, name); }
+
+    QVariant fieldValue(ObjectKey object, DataCode::DataField field) const override
+    {
+        return m_fields.value({object.id, field});
+    }
+    void setFieldValue(qint32 id, DataCode::DataField field, const QVariant& value) { m_fields[{id, field}] = value; }
 
 private:
     struct Object
@@ -45,4 +53,5 @@ private:
     }
 
     QList<Object> m_objects;
+    QMap<QPair<qint32, DataCode::DataField>, QVariant> m_fields;
 };

@@ -1,0 +1,3 @@
+#include "platform/core/stratelinterface.h"
+
+StratelInterface::~StratelInterface() = default;

@@ -1,0 +1,3 @@
+#include "platform/core/tesselinterface.h"
+
+TesselInterface::~TesselInterface() = default;

@@ -1,0 +1,3 @@
+#include "platform/data/apppropertymanager.h"
+
+AppPropertyManager::~AppPropertyManager() = default;

@@ -1,0 +1,3 @@
+#include "platform/data/dataserviceinterface.h"
+
+DataServiceInterface::~DataServiceInterface() = default;
