@@ -332,4 +332,11 @@
         <translation>최근 스캔 시각</translation>
     </message>
 </context>
+<context>
+    <name>ScadaSummaryWidgetInterface</name>
+    <message>
+        <source>Scada Summary</source>
+        <translation>SCADA 요약</translation>
+    </message>
+</context>
 </TS>

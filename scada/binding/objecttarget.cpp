@@ -3,6 +3,7 @@
 #include "platform/data/datafieldinfo.h"
 #include "platform/data/datalinkinfo.h"
 #include "platform/data/logdatainfo.h"
+#include "platform/data/samevalue.h"
 #include "platform/data/scadatagactionstream.h"
 #include "platform/data/tagresolution.h"
 #include "scada/hub/korvanescadacoreinterface.h"
@@ -125,7 +126,7 @@ bool ObjectTarget::replacePointName(KorvaneScadaCoreInterface* hub, const QList<
 bool ObjectTarget::needUpdate(double value)
 {
     const QVariant next(value);
-    if (next == m_value)
+    if (isSameValue(next, m_value))
         return false;
     m_value = next;
     return true;
@@ -149,6 +150,7 @@ void ObjectTarget::fromStream(QDataStream& stream, const ScadaTagActionStream& a
     const quint32 version = actionStream.version();
     qint32 kind = 0;
     stream >> kind >> m_pid >> m_tagString;
+    countBindingChange();
     m_kind = static_cast<ScadaObjectType>(kind);
     m_storedTagString = m_tagString;
 

@@ -72,6 +72,7 @@ public:
     /// Renames points: each pair (old, new) whose old name the stored tag string contains is applied, in order, to a
     /// copy of it, which then becomes the tag string and is bound through the hub's runtime database. The stored tag
     /// string stays, so a pair is never applied to what another pair put in unless its own old name was stored too.
+    /// Prefix and field stay in the tag string: resolve() leaves the bare name again.
     /// \param hub null binds by the text alone
     /// \returns whether any pair applied; if not, nothing changes.
     bool replacePointName(KorvaneScadaCoreInterface* hub, const QList<QPair<QString, QString>>& renames);

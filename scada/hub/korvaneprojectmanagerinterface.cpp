@@ -1,0 +1,7 @@
+#include "scada/hub/korvaneprojectmanagerinterface.h"
+
+KorvaneProjectManagerInterface::KorvaneProjectManagerInterface(QWidget* parent) : QWidget(parent)
+{
+}
+
+KorvaneProjectManagerInterface::~KorvaneProjectManagerInterface() = default;

@@ -1,0 +1,7 @@
+#include "scada/hub/korvanescadaactionfactoryinterface.h"
+
+KorvaneScadaActionFactoryInterface::KorvaneScadaActionFactoryInterface(QObject* parent) : QObject(parent)
+{
+}
+
+KorvaneScadaActionFactoryInterface::~KorvaneScadaActionFactoryInterface() = default;

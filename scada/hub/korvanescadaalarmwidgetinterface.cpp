@@ -1,0 +1,7 @@
+#include "scada/hub/korvanescadaalarmwidgetinterface.h"
+
+KorvaneScadaAlarmWidgetInterface::KorvaneScadaAlarmWidgetInterface(QWidget* parent) : QWidget(parent)
+{
+}
+
+KorvaneScadaAlarmWidgetInterface::~KorvaneScadaAlarmWidgetInterface() = default;

@@ -1,0 +1,10 @@
+#include "scada/hub/korvanescadaruntimmanagerinterface.h"
+
+KorvaneScadaRuntimManagerInterface::KorvaneScadaRuntimManagerInterface(QObject* parent) : QObject(parent)
+{
+    // Signals with these cross queued connections.
+    qRegisterMetaType<ScadaOperationMessage>();
+    qRegisterMetaType<QList<uint>>();
+}
+
+KorvaneScadaRuntimManagerInterface::~KorvaneScadaRuntimManagerInterface() = default;

@@ -1,0 +1,7 @@
+#include "scada/hub/systemalarmmanagerinterface.h"
+
+SystemAlarmManagerInterface::SystemAlarmManagerInterface(QObject* parent) : QObject(parent)
+{
+}
+
+SystemAlarmManagerInterface::~SystemAlarmManagerInterface() = default;
