@@ -53,7 +53,7 @@ public:
             const double ratio = ours.time / plain->second.time;
             std::printf("%-58s %10.1f %10.1f %7.2f", name.c_str(), ours.time, plain->second.time, ratio);
             if (ours.limit > 0)
-                std::printf(" %8.1f%s", ours.limit, ratio > ours.limit ? "  EXCEEDED" : "");
+                std::printf(" %8.2f%s", ours.limit, ratio > ours.limit ? "  EXCEEDED" : "");
             std::printf("\n");
         }
     }
