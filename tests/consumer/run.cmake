@@ -1,0 +1,17 @@
+# Shared by the checks here: runs a command, ends the check with its output when it fails, and leaves its standard output in
+# "output".
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${ARGN}\n${output}${errors}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+# Builds a project outside the tree against the installed package, in a fresh folder.
+function(build_against_install project folder)
+    file(REMOVE_RECURSE "${folder}")
+    run("${CMAKE_COMMAND}" -S "${project}" -B "${folder}" -G "${generator}"
+        "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${compiler}" "-DCMAKE_CXX_FLAGS=${flags}")
+    run("${CMAKE_COMMAND}" --build "${folder}")
+endfunction()
