@@ -1,8 +1,8 @@
 # examples/minimal-host builds against the install, follows its value, and paints a window.
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
-build_against_install("${source}/examples/minimal-host" "${work}/minimal-host")
-set(picture "${work}/minimal-host/picture.png")
-run("${work}/minimal-host/minimal-host" --picture "${picture}")
+build_against_install("${source}/examples/minimal-host" "${folder}/minimal-host")
+set(picture "${folder}/minimal-host/picture.png")
+run("${folder}/minimal-host/minimal-host" --picture "${picture}")
 
 set(expected
     "TANK.LEVEL: 62.5 %\n"

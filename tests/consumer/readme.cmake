@@ -1,8 +1,8 @@
 # The program that the README shows builds against the install and prints what the README says. Its project compiles every
 # installed header by itself, too.
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
-build_against_install("${CMAKE_CURRENT_LIST_DIR}/project" "${work}/readme")
-run("${work}/readme/example")
+build_against_install("${CMAKE_CURRENT_LIST_DIR}/project" "${folder}/readme")
+run("${folder}/readme/example")
 
 file(READ "${source}/README.md" text)
 file(READ "${CMAKE_CURRENT_LIST_DIR}/project/main.cpp" program)

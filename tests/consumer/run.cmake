@@ -9,9 +9,9 @@ function(run)
 endfunction()
 
 # Builds a project outside the tree against the installed package, in a fresh folder.
-function(build_against_install project folder)
-    file(REMOVE_RECURSE "${folder}")
-    run("${CMAKE_COMMAND}" -S "${project}" -B "${folder}" -G "${generator}"
+function(build_against_install project build_folder)
+    file(REMOVE_RECURSE "${build_folder}")
+    run("${CMAKE_COMMAND}" -S "${project}" -B "${build_folder}" -G "${generator}"
         "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${compiler}" "-DCMAKE_CXX_FLAGS=${flags}")
-    run("${CMAKE_COMMAND}" --build "${folder}")
+    run("${CMAKE_COMMAND}" --build "${build_folder}")
 endfunction()
