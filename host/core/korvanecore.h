@@ -6,8 +6,8 @@
 
 /// The reference host's core object. Owns the service hub.
 ///
-/// Close the hub before any registered service goes. The core's own end closes it too, for whoever forgot, but that may be
-/// late.
+/// Close the hub before any registered service goes. The core's own end closes it too, for whoever forgot, but that may
+/// be late.
 class KORVANE_HOST_EXPORT KorvaneCore : public KorvaneCoreInterface
 {
 public:

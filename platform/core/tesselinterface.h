@@ -10,8 +10,8 @@ class StratelInterface;
 
 /// A drawn object (shape) on a canvas. Implemented by the host.
 ///
-/// What can be bound to data are its named properties. Every shape has "Geometry": a QRectF in the coordinates of its own
-/// graphics item.
+/// What can be bound to data are its named properties. Every shape has "Geometry": a QRectF in the coordinates of its
+/// own graphics item.
 class KORVANE_PLATFORM_EXPORT TesselInterface
 {
 public:

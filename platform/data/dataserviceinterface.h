@@ -6,7 +6,8 @@
 
 #include <QVariant>
 
-/// The data service: where values come from, beyond what a batch and the runtime database hold. Implemented by the host.
+/// The data service: where values come from, beyond what a batch and the runtime database hold. Implemented by the
+/// host.
 class KORVANE_PLATFORM_EXPORT DataServiceInterface
 {
 public:

@@ -4,8 +4,8 @@
 
 #include <cmath>
 
-/// Whether two values are equal as QVariant's operator says, quirks included: finite non-zero doubles compare fuzzily, 5
-/// equals "5", NaN equals nothing. Two doubles are told without QVariant's conversions.
+/// Whether two values are equal as QVariant's operator says, quirks included: finite non-zero doubles compare fuzzily,
+/// 5 equals "5", NaN equals nothing. Two doubles are told without QVariant's conversions.
 inline bool isSameValue(const QVariant& a, const QVariant& b)
 {
     if (a.userType() != QMetaType::Double || b.userType() != QMetaType::Double)

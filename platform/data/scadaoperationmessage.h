@@ -8,8 +8,8 @@
 #include <QString>
 #include <QVariant>
 
-/// An operator's action on the process: what was asked, by whom, and what became of it. The terms are those of the control
-/// model of IEC 61850-7-2.
+/// An operator's action on the process: what was asked, by whom, and what became of it. The terms are those of the
+/// control model of IEC 61850-7-2.
 struct KORVANE_PLATFORM_EXPORT ScadaOperationMessage
 {
     enum class Operation : qint32 {

@@ -24,13 +24,15 @@ DispatchScratch::Lists& DispatchScratch::listsOfDepth(std::size_t depth)
     return nested[depth - 1];
 }
 
-DispatchScratch::DispatchScratch(ScadaTagActionInterface& action)
-    : m_action(action),
-      m_outer(innermost),
-      m_depth(innermost ? innermost->m_depth + 1 : 0),
-      m_lists(listsOfDepth(m_depth))
+DispatchScratch::DispatchScratch(const ScadaTagActionInterface& action, DispatchScratch* outer)
+    : m_action(action), m_outer(outer), m_depth(outer ? outer->m_depth + 1 : 0), m_lists(listsOfDepth(m_depth))
 {
     innermost = this; // from here on this depth is taken, also for what an override does while it collects
+}
+
+// Delegates, so that the destructor gives the depth back even when collecting throws.
+DispatchScratch::DispatchScratch(ScadaTagActionInterface& action) : DispatchScratch(action, innermost)
+{
     action.collectTargets(m_lists.targets);
     if (m_lists.targets.contains(nullptr))
         m_lists.targets.removeAll(nullptr);

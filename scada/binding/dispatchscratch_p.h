@@ -12,9 +12,9 @@ class ScadaTagActionInterface;
 
 /// The targets of one action while something is done with all of them, and what dispatching them needs beside.
 ///
-/// The lists are kept from one scratch to the next, one set for each depth of nesting, so that a page's thousands of actions
-/// allocate nothing batch after batch. Scratches nest: an action may cause another one's dispatch, or its own. GUI thread
-/// only; not part of the library's interface.
+/// The lists are kept from one scratch to the next, one set for each depth of nesting, so that a page's thousands of
+/// actions allocate nothing batch after batch. Scratches nest: an action may cause another one's dispatch, or its own.
+/// GUI thread only; not part of the library's interface.
 class DispatchScratch
 {
 public:
@@ -28,8 +28,8 @@ public:
 
     const QList<ObjectTarget*>& targets() const { return m_lists.targets; }
 
-    /// Records the value that the target in \p place holds now as its previous one, in place of the one before. A target
-    /// that stands in several places has one previous value.
+    /// Records the value that the target in \p place holds now as its previous one, in place of the one before. A
+    /// target that stands in several places has one previous value.
     void recordPrevious(int place)
     {
         if (m_lists.targets.size() == 1)
@@ -70,6 +70,8 @@ private:
         std::vector<int> buckets;       ///< first place of a target by its id's low bits, -1 without one
         std::vector<int> nextInBucket;  ///< the next place in the same bucket, -1 at its end
     };
+
+    DispatchScratch(const ScadaTagActionInterface& action, DispatchScratch* outer);
 
     static Lists& listsOfDepth(std::size_t depth);
 

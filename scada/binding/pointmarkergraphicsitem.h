@@ -7,8 +7,8 @@
 
 /// A translucent blue box that marks a shape; its opacity shows a two-state value.
 ///
-/// Made as a child of the shape's graphics item, in whose coordinates it lies. Its setters schedule no repaint and announce
-/// no change of geometry: whoever calls them updates the scene. It takes no input.
+/// Made as a child of the shape's graphics item, in whose coordinates it lies. Its setters schedule no repaint and
+/// announce no change of geometry: whoever calls them updates the scene. It takes no input.
 class KORVANE_SCADA_EXPORT PointMarkerGraphicsItem : public QGraphicsItem
 {
 public:

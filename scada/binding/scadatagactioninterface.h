@@ -24,15 +24,16 @@ struct MwDataDepartment;
 /// Base of every data binding that a shape carries at run time: takes batches, decides what changed, keeps the quality
 /// overlay over the shape.
 ///
-/// It owns no tag references: a subclass owns its targets and hands them out through collectTargets and copyTargets, and
-/// pushes their values onto the shape in applyToShape. The page's action manager calls readDataFromSource with each batch
-/// and updateDatatoTarget afterwards.
+/// It owns no tag references: a subclass owns its targets and hands them out through collectTargets and copyTargets,
+/// and pushes their values onto the shape in applyToShape. The page's action manager calls readDataFromSource with each
+/// batch and updateDatatoTarget afterwards.
 ///
-/// While a batch is dispatched, collectTargets must hand out the same targets: they are collected once for all of it. GUI
-/// thread only.
+/// Call updateDatatoTarget once before the first batch: a fresh action counts as changed, a batch that changes nothing
+/// ends that. While a batch is dispatched, collectTargets must hand out the same targets, not made anew in their
+/// places: they are collected once for all of it; and nothing may destroy the action. GUI thread only.
 ///
-/// The overlay is a child of the shape's graphics item, which destroys it; the action never does at its own end. Destroy a
-/// shape's actions before its item, or give them no further batch.
+/// The overlay is a child of the shape's graphics item, which destroys it; the action never does at its own end.
+/// Destroy a shape's actions before its item, or give them no further batch.
 class KORVANE_SCADA_EXPORT ScadaTagActionInterface
 {
     Q_DECLARE_TR_FUNCTIONS(ScadaTagActionInterface)
@@ -43,8 +44,8 @@ public:
     explicit ScadaTagActionInterface(TesselInterface* shape);
     /// The copy drives the same shape, has no overlay and counts as changed.
     ScadaTagActionInterface(const ScadaTagActionInterface& other);
-    /// Copies everything, the overlay included: both then refer to the same one. When either removes it, the other must be
-    /// given nothing more, or assigned to again; an overlay that the assigned-to action had stays on its shape.
+    /// Copies everything, the overlay included: both then refer to the same one. When either removes it, the other must
+    /// be given nothing more, or assigned to again; an overlay that the assigned-to action had stays on its shape.
     ScadaTagActionInterface& operator=(const ScadaTagActionInterface& other);
 
     // Virtual operations, in the order of their places. Binary compatibility with actions built elsewhere depends on it.
@@ -87,7 +88,8 @@ public:
     virtual void timeOut();
 
 protected:
-    /// 18: takes \p data into every target bound to \p pointId whose field a record supplies.
+    /// 18: takes \p data into every target bound to \p pointId whose field a record supplies. Targets are matched by
+    /// their id alone, whatever their kind.
     /// \returns whether any value changed.
     virtual bool updatePointValue(const QuorixData& data, Korvane::ScadaObjectType kind, unsigned int pointId);
 
@@ -107,7 +109,8 @@ public:
     /// \param withOverlay non-zero keeps the overlay too
     void readDataFromSource(KorvaneScadaCoreInterface* core, const MwDataDepartment& batch, unsigned char withOverlay);
 
-    /// Refreshes the shape when the newest batch changed a value, or a property did since then; or always with \p force.
+    /// Refreshes the shape when the newest batch or single record changed a value and did not do so itself, a property
+    /// did since then, or the action was never refreshed; or always with \p force.
     void updateDatatoTarget(bool force);
 
     /// Takes a single real-time record and refreshes the shape at once when it changed a value.

@@ -7,11 +7,11 @@
 #include <QRectF>
 #include <QString>
 
-/// The quality overlay of a tag action: one short stroke across its shape for each mark that the bound value carries (tag,
-/// limit, quality), and a thicker red one when the data source has failed.
+/// The quality overlay of a tag action: one short stroke across its shape for each mark that the bound value carries
+/// (tag, limit, quality), and a thicker red one when the data source has failed.
 ///
-/// Made as a child of the shape's graphics item, in whose coordinates it lies and with which it dies. Its setters schedule
-/// no repaint and announce no change of geometry: whoever calls them updates the scene. It takes no input.
+/// Made as a child of the shape's graphics item, in whose coordinates it lies and with which it dies. Its setters
+/// schedule no repaint and announce no change of geometry: whoever calls them updates the scene. It takes no input.
 class KORVANE_SCADA_EXPORT TlqGraphicsItem : public QGraphicsItem
 {
 public:
@@ -21,8 +21,8 @@ public:
     /// The area of the shape.
     void setRect(const QRectF& rect) { m_rect = rect; }
 
-    /// Sets which marks are shown, from the low eight bits of each code: T of 0x0F, L of 0x1F, Q of 0x6D (0x02, 0x10 and
-    /// 0x80 alone draw no mark). The source-failed state stays.
+    /// Sets which marks are shown, from the low eight bits of each code: T of 0x0F, L of 0x1F, Q of 0x6D (0x02, 0x10
+    /// and 0x80 alone draw no mark). The source-failed state stays.
     void setTlq(int tag, int limit, int quality);
     /// Shows or hides the source-failed stroke; the marks stay.
     void setSourceFail(bool fail);

@@ -22,8 +22,8 @@ class ScadaRuntimeInterface;
 class TesselInterface;
 struct MwDataDepartment;
 
-/// The tag actions of one page: owns them, passes them every batch and keeps their shapes up to date. Implemented by the
-/// host.
+/// The tag actions of one page: owns them, passes them every batch and keeps their shapes up to date. Implemented by
+/// the host.
 class KORVANE_SCADA_EXPORT CanvasScadaActionManagerInterface : public QObject
 {
     Q_OBJECT
@@ -44,7 +44,8 @@ public:
     virtual void close() = 0;
     /// Whether batches are taken: opened and not closed since.
     virtual bool isOpen() const = 0;
-    /// States whether the page is on the screen. A page that is not takes no batches; shown again, it is brought up to date.
+    /// States whether the page is on the screen. A page that is not takes no batches; shown again, it is brought up to
+    /// date.
     virtual void setShown(bool shown) = 0;
     /// Whether the page is on the screen; true at first.
     virtual bool isShown() const = 0;
@@ -65,8 +66,8 @@ public:
     virtual QList<ScadaTagActionInterface*> actionsOf(const TesselInterface* shape) const = 0;
     /// The actions with a target bound to \p object.
     virtual QList<ScadaTagActionInterface*> actionsBoundTo(ObjectKey object) const = 0;
-    /// Changes the order of \p shape's actions, which is the order in which they set it; both places count from 0. False
-    /// for a place that there is not.
+    /// Changes the order of \p shape's actions, which is the order in which they set it; both places count from 0.
+    /// False for a place that there is not.
     virtual bool moveAction(const TesselInterface* shape, int from, int to) = 0;
 
     // Tags
@@ -88,7 +89,8 @@ public:
 
     /// Passes a batch to the actions, as if to every one of them, and refreshes the shapes that it changed.
     virtual void takeBatch(const MwDataDepartment& batch) = 0;
-    /// Passes one record to the actions bound to \p object, as updateRTValue takes it, and refreshes their shapes at once.
+    /// Passes one record to the actions bound to \p object, as updateRTValue takes it, and refreshes their shapes at
+    /// once.
     virtual void takeRecord(ObjectKey object, QuorixData& record) = 0;
     /// Passes a property of the application to the actions that name it and refreshes their shapes.
     virtual void takeProperty(const QString& name, const QVariant& value) = 0;
@@ -127,8 +129,8 @@ public:
     virtual void requestAlarm(const ScadaAlarm& alarm, const QList<ScadaTagActionInterface*>& concerned) = 0;
     /// Alarms that wait for their result, oldest first.
     virtual QList<ScadaAlarm> pendingAlarms() const = 0;
-    /// Ends the oldest alarm that waits: emits alarmProcessed() and, when none waits any more, alarmProcessFinished(). Does
-    /// nothing when none waits.
+    /// Ends the oldest alarm that waits: emits alarmProcessed() and, when none waits any more, alarmProcessFinished().
+    /// Does nothing when none waits.
     virtual void setAlarmResult(int result) = 0;
 
 Q_SIGNALS:

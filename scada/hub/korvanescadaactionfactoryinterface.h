@@ -32,8 +32,8 @@ public:
     virtual QStringList drivenProperties(int type) const = 0;
     /// A new action with default settings for \p shape, owned by the caller; null for an unknown type.
     virtual ScadaTagActionInterface* createAction(int type, TesselInterface* shape) const = 0;
-    /// A new action with the settings that \p stream holds, owned by the caller; null for an unknown type. Settings that it
-    /// can't read stay at their defaults.
+    /// A new action with the settings that \p stream holds, owned by the caller; null for an unknown type. Settings
+    /// that it can't read stay at their defaults.
     virtual ScadaTagActionInterface* loadAction(int type, const ScadaTagActionStream& stream,
                                                 TesselInterface* shape) const = 0;
     /// A widget that edits \p action in place, owned by \p parent; null for an action of an unknown type.

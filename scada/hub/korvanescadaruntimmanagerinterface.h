@@ -22,10 +22,10 @@ class QuorixData;
 /// The runtime manager: everything an operator can do to the process and ask of it. Implemented by the host.
 ///
 /// Control is the one way by which a value is written to the process; whatever checks a host makes, it makes here.
-/// Operations that give a number make a request of it: its progress comes with remoteControled() and its end with
-/// remoteControlFinished(), also when it was refused at once, but never before the operation has returned its number. 0
-/// means that there is no such object. A reason may be empty
-/// where the object does not ask for one. Operations that give a truth value are done, or refused, when they return.
+/// Operations that give a quint32 make a request of that number: its progress comes with remoteControled() and its end
+/// with remoteControlFinished(), also when it was refused at once, but never before the operation has returned its
+/// number. 0 means that there is no such object. A reason may be empty where the object does not ask for one. All
+/// others are done, or refused, when they return.
 class KORVANE_SCADA_EXPORT KorvaneScadaRuntimManagerInterface : public QObject
 {
     Q_OBJECT
@@ -72,7 +72,8 @@ public:
     virtual quint32 select(ObjectKey object, const QString& reason) = 0;
     /// Sends a command, as the second step where the object asks for two.
     virtual quint32 operate(ObjectKey object, const QVariant& value, const QString& reason) = 0;
-    /// Gives a selection, or a request that was not yet sent, up; false when there is none of that number, or it was sent.
+    /// Gives a selection, or a request that was not yet sent, up; false when there is none of that number, or it was
+    /// sent.
     virtual bool cancel(quint32 requestId) = 0;
     /// Sends a setpoint in the point's engineering unit.
     virtual quint32 setPoint(ObjectKey object, double value, const QString& reason) = 0;
@@ -193,11 +194,12 @@ public:
 
     // Histories and events
 
-    /// Stored values of a time span in UTC, both ends included, oldest first; thinned evenly to \p mostSamples where there
-    /// are more.
+    /// Stored values of a time span in UTC, both ends included, oldest first; thinned evenly to \p mostSamples where
+    /// there are more.
     virtual QList<Sample> history(ObjectKey object, const QDateTime& from, const QDateTime& to,
                                   int mostSamples) const = 0;
-    /// Lines of the event log of a time span in UTC, newest first, at most \p most; an invalid \p object stands for all.
+    /// Lines of the event log of a time span in UTC, newest first, at most \p most; an invalid \p object stands for
+    /// all.
     virtual QList<Event> events(ObjectKey object, const QDateTime& from, const QDateTime& to, int most) const = 0;
     /// Operators' actions of a time span in UTC, newest first, at most \p most.
     virtual QList<ScadaOperationMessage> operations(const QDateTime& from, const QDateTime& to, int most) const = 0;

@@ -4,8 +4,9 @@
 
 #include <QMainWindow>
 
-/// The summary window. It remembers its geometry and the state of its docks and tool bars from one start to the next, in the
-/// application's settings file (Korvane::getSettingPath), group "ScadaSummaryWidget", keys "Geometry" and "State".
+/// The summary window. It remembers its geometry and the state of its docks and tool bars from one start to the next,
+/// in the application's settings file (Korvane::getSettingPath), group "ScadaSummaryWidget", keys "Geometry" and
+/// "State".
 ///
 /// It restores before a subclass makes its docks, and stores after the subclass has ended: give docks to
 /// QMainWindow::restoreDockWidget once they are made, and leave them to Qt's parentage, which ends them later.

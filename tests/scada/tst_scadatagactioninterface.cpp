@@ -17,6 +17,7 @@
 #include <QtTest>
 
 #include <limits>
+#include <new>
 
 using DataCode::DataField;
 using Korvane::ScadaObjectType;
@@ -708,6 +709,28 @@ private Q_SLOTS:
         QCOMPARE(own.value(), QVariant(1));
         QCOMPARE(action.part.targets.front().value(), QVariant(2));
         QCOMPARE(own.getTagString(), QStringLiteral("#200001"));
+    }
+
+    void collectingMayFail()
+    {
+        struct Failing : TestAction
+        {
+            void collectTargets(QList<ObjectTarget*>& out) override
+            {
+                TestAction::collectTargets(out);
+                if (isFailing)
+                    throw std::bad_alloc();
+            }
+            bool isFailing = true;
+        };
+        TestHub hub;
+        Failing action;
+        action.add(QStringLiteral("#200001"));
+        QVERIFY_EXCEPTION_THROWN(action.dispatchValue(&hub, batchOf(200001, testRecord(1)), false), std::bad_alloc);
+        action.isFailing = false;
+        QVERIFY(action.dispatchValue(&hub, batchOf(200001, testRecord(1)), false));
+        TestAction other;
+        QVERIFY(!other.dispatchValue(&hub, batchOf(200001, testRecord(1)), false)); // nothing is left over for it
     }
 
     void aRecordWithoutAValueOverNotANumberIsAChange()

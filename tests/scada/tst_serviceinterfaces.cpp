@@ -97,8 +97,8 @@ void forEachInterface(Check check)
     check(std::make_unique<ScadaSummaryCenteralWidgetInterface>().get(), "ScadaSummaryCenteralWidgetInterface");
 }
 
-/// Lives on a thread of its own and hears signals through queued connections by text. Made before anything else has named
-/// the types to Qt: they must be registered by the interfaces themselves.
+/// Lives on a thread of its own and hears signals through queued connections by text. Made before anything else has
+/// named the types to Qt: they must be registered by the interfaces themselves.
 class Receiver : public QObject
 {
     Q_OBJECT
