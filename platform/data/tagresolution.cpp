@@ -14,19 +14,6 @@ namespace Korvane {
 
 namespace {
 
-struct Prefix
-{
-    const char16_t* text;
-    qsizetype length;
-    ScadaObjectType type;
-};
-
-constexpr Prefix prefixes[] = {
-    {u"@R::", 4, ScadaObjectType::RtuObject},
-    {u"@C::", 4, ScadaObjectType::ChannelObject},
-    {u"@::", 3, ScadaObjectType::ApplicationProperty},
-};
-
 /// A tag string taken apart; the views look into the text that was parsed.
 struct TagParts
 {
@@ -83,10 +70,12 @@ std::optional<quint32> idFromName(QStringView name)
 
 void takePrefix(TagParts& parts)
 {
-    for (const Prefix& prefix : prefixes) {
-        if (parts.name.startsWith(QStringView(prefix.text, prefix.length))) {
-            parts.family = prefix.type;
-            parts.name = parts.name.mid(prefix.length);
+    for (const ScadaObjectType type :
+         {ScadaObjectType::RtuObject, ScadaObjectType::ChannelObject, ScadaObjectType::ApplicationProperty}) {
+        const QString prefix = tagPrefix(type);
+        if (parts.name.startsWith(prefix)) {
+            parts.family = type;
+            parts.name = parts.name.mid(prefix.size());
             return;
         }
     }
