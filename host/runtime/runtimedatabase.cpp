@@ -115,26 +115,27 @@ ObjectKey RuntimeDatabase::findByName(ScadaObjectType type, QStringView name) co
     return found == objects->byName.end() ? ObjectKey{} : found->second;
 }
 
-ObjectKey RuntimeDatabase::findById(ScadaObjectType type, qint32 id) const
+const RuntimeDatabase::Object* RuntimeDatabase::findObject(ScadaObjectType type, qint32 id) const
 {
     const Family* objects = family(type);
     if (!objects)
-        return {};
+        return nullptr;
     const auto found = objects->byId.find(id);
-    if (found == objects->byId.end())
-        return {};
-    return {objects->objects[found->second].type, id};
+    return found == objects->byId.end() ? nullptr : &objects->objects[found->second];
+}
+
+ObjectKey RuntimeDatabase::findById(ScadaObjectType type, qint32 id) const
+{
+    const Object* object = findObject(type, id);
+    return object ? ObjectKey{object->type, id} : ObjectKey{};
 }
 
 QVariant RuntimeDatabase::fieldValue(ObjectKey key, DataCode::DataField field) const
 {
-    const Family* objects = family(key.type);
-    if (!objects)
+    const Object* found = findObject(key.type, key.id);
+    if (!found)
         return {};
-    const auto found = objects->byId.find(key.id);
-    if (found == objects->byId.end())
-        return {};
-    const Object& object = objects->objects[found->second];
+    const Object& object = *found;
     switch (field) {
     case DataCode::DataField::PointName:
         return object.name;

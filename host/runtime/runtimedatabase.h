@@ -92,6 +92,7 @@ private:
 
     const Family* family(Korvane::ScadaObjectType type) const;
     Family* family(Korvane::ScadaObjectType type);
+    const Object* findObject(Korvane::ScadaObjectType type, qint32 id) const;
 
     Family m_points;
     Family m_rtus;
