@@ -1,9 +1,9 @@
 #include "platform/utility/settingpath.h"
+#include "tests/support/ownsettings.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class tst_SettingPath : public QObject
@@ -11,13 +11,6 @@ class tst_SettingPath : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        // Nobody's own settings are touched, however the test is started.
-        QVERIFY(m_settings.isValid());
-        qputenv("XDG_CONFIG_HOME", m_settings.path().toLocal8Bit());
-    }
-
     void init()
     {
         QCoreApplication::setApplicationName(QStringLiteral("settingtest"));
@@ -45,7 +38,7 @@ private Q_SLOTS:
     }
 
 private:
-    QTemporaryDir m_settings;
+    OwnSettings m_settings;
 
     static QString folder() { return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation); }
 };

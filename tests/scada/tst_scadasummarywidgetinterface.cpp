@@ -1,11 +1,11 @@
 #include "platform/utility/settingpath.h"
 #include "scada/hub/scadasummarywidgetinterface.h"
+#include "tests/support/ownsettings.h"
 
 #include <QDockWidget>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -28,13 +28,6 @@ class tst_ScadaSummaryWidgetInterface : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        // Nobody's own settings are touched, however the test is started.
-        QVERIFY(m_settings.isValid());
-        qputenv("XDG_CONFIG_HOME", m_settings.path().toLocal8Bit());
-    }
-
     void init()
     {
         QFile::remove(settingsFile());
@@ -123,7 +116,7 @@ private Q_SLOTS:
     }
 
 private:
-    QTemporaryDir m_settings;
+    OwnSettings m_settings;
 };
 
 QTEST_MAIN(tst_ScadaSummaryWidgetInterface)

@@ -2,12 +2,12 @@
 #include "scada/hub/korvanescadaalarmwidgetinterface.h"
 #include "scada/hub/scadasummarycenteralwidgetinterface.h"
 #include "scada/hub/scadasummarywidgetinterface.h"
+#include "tests/support/ownsettings.h"
 #include "tests/support/testservices.h"
 
 #include <QFile>
 #include <QMetaMethod>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QThread>
 #include <QtTest>
 
@@ -160,13 +160,6 @@ class tst_ServiceInterfaces : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        // Nobody's own settings are touched, however the test is started.
-        QVERIFY(m_settings.isValid());
-        qputenv("XDG_CONFIG_HOME", m_settings.path().toLocal8Bit());
-    }
-
     // The first of the tests, before a spy has named the types to Qt.
     void signalsCrossThreads()
     {
@@ -345,7 +338,7 @@ private Q_SLOTS:
     }
 
 private:
-    QTemporaryDir m_settings;
+    OwnSettings m_settings;
 };
 
 QTEST_MAIN(tst_ServiceInterfaces)
