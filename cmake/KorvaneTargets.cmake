@@ -28,10 +28,11 @@ function(korvane_compile_options target)
     endif()
 endfunction()
 
-# korvane_add_floor(NAME SOURCES ... HEADERS ... LINK ...): one floor of the house, a shared library. NAME is the part
-# behind "Korvane::"; the folder is the current one. HEADERS are public and installed under their floor and room.
+# korvane_add_floor(NAME SOURCES ... HEADERS ... LINK ... USE ...): one floor of the house, a shared library. NAME is the
+# part behind "Korvane::"; the folder is the current one. HEADERS are public and installed under their floor and room. What
+# is under USE stays inside: no header shows it.
 function(korvane_add_floor name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK;USE")
     set(target Korvane${name})
     string(TOLOWER "${name}" lower)
     string(TOUPPER "${name}" upper)
@@ -58,7 +59,7 @@ function(korvane_add_floor name)
         "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
         "$<BUILD_INTERFACE:${generated}>"
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/korvane>")
-    target_link_libraries(${target} PUBLIC ${arg_LINK})
+    target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE ${arg_USE})
 
     install(TARGETS ${target} EXPORT KorvaneScadaTargets
         RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"

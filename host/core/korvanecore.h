@@ -15,7 +15,11 @@ public:
     ~KorvaneCore() override;
 
     KorvaneScadaCoreInterface* scadaCoreInterface() override { return &m_scada; }
+    KVCanvasManagerInterface* canvasManager() override { return m_canvasManager; }
+    /// \param manager not owned; null takes it back
+    void setCanvasManager(KVCanvasManagerInterface* manager) { m_canvasManager = manager; }
 
 private:
     ScadaCore m_scada;
+    KVCanvasManagerInterface* m_canvasManager = nullptr;
 };

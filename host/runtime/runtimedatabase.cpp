@@ -1,7 +1,15 @@
 #include "host/runtime/runtimedatabase.h"
 
+#include "host/runtime/bytes_p.h"
+#include "host/runtime/pointstatistics.h"
+#include "platform/data/datafieldinfo.h"
 #include "platform/data/tagresolution.h"
+#include "platform/data/valuemarks.h"
 
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -43,9 +51,59 @@ QVariant limit(double value)
     return std::isnan(value) ? QVariant() : QVariant(value);
 }
 
+constexpr quint8 stateLayout = 1;
+constexpr qint64 neverSampled = std::numeric_limits<qint64>::min();
+constexpr qint64 earliestTimeMs = Q_INT64_C(-62135596800000); // 0001-01-01
+constexpr qint64 latestTimeMs = Q_INT64_C(253402300799999);   // the end of 9999
+
+/// The state that a source's number stands for; NaN for none.
+double stateOf(double value)
+{
+    constexpr double bound = 2147483648.0;
+    return value > -bound - 1 && value < bound ? std::trunc(value) : std::numeric_limits<double>::quiet_NaN();
+}
+
+bool isBeyondHigh(double value, double limit, double hysteresis, bool was)
+{
+    return was ? !(value <= limit - hysteresis) : value > limit;
+}
+
+QString valueText(double value, int decimals)
+{
+    if (decimals >= 0)
+        return QString::number(value, 'f', decimals);
+    // Written out as long as that is shorter than an exponent.
+    const double size = std::abs(value);
+    const bool isUsual = value == 0 || (size >= 1e-6 && size < 1e15);
+    return QString::number(value, isUsual ? 'f' : 'g', QLocale::FloatingPointShortest);
+}
+
+bool isFieldOf(DataCode::DataField field, ScadaObjectType type, DataFieldInfo::Supplier supplier)
+{
+    const DataFieldInfo* info = DataFieldInfo::find(field);
+    return info && info->supplier() == supplier && info->isFieldOf(type);
+}
+
 } // namespace
 
-RuntimeDatabase::RuntimeDatabase() = default;
+RuntimeDatabase::Present::Present(const Object& object)
+    : timeMs(neverSampled),
+      quality(ValueMark::Invalid),
+      isAnalog(object.type == ScadaObjectType::AnalogPoint),
+      abnormalState(object.abnormalState),
+      lowLow(object.lowLow),
+      low(object.low),
+      high(object.high),
+      highHigh(object.highHigh),
+      hysteresis(object.hysteresis > 0 ? object.hysteresis : 0),
+      staleAfterMs(object.staleAfter.count() > PointStatistics::longestStaleAfterMs ? 0 : object.staleAfter.count())
+{
+}
+
+RuntimeDatabase::RuntimeDatabase()
+{
+    setClock({});
+}
 RuntimeDatabase::~RuntimeDatabase() = default;
 
 const RuntimeDatabase::Family* RuntimeDatabase::family(ScadaObjectType type) const
@@ -68,6 +126,7 @@ void RuntimeDatabase::reserve(ScadaObjectType type, std::size_t count)
     if (!objects)
         return;
     objects->objects.reserve(count);
+    objects->present.reserve(count);
     objects->byName.reserve(count);
     objects->byId.reserve(count);
 }
@@ -95,6 +154,7 @@ tl::expected<void, QString> RuntimeDatabase::add(const Object& object)
 
     const std::size_t index = objects.objects.size();
     objects.objects.push_back(object);
+    objects.present.emplace_back(object);
     objects.byName.emplace(QStringView(objects.objects.back().name), ObjectKey{object.type, object.id});
     objects.byId.emplace(object.id, index);
     return {};
@@ -115,24 +175,182 @@ ObjectKey RuntimeDatabase::findByName(ScadaObjectType type, QStringView name) co
     return found == objects->byName.end() ? ObjectKey{} : found->second;
 }
 
-const RuntimeDatabase::Object* RuntimeDatabase::findObject(ScadaObjectType type, qint32 id) const
+const RuntimeDatabase::Object* RuntimeDatabase::object(ObjectKey key) const
 {
-    const Family* objects = family(type);
+    const Family* objects = family(key.type);
     if (!objects)
         return nullptr;
-    const auto found = objects->byId.find(id);
+    const auto found = objects->byId.find(key.id);
     return found == objects->byId.end() ? nullptr : &objects->objects[found->second];
+}
+
+const RuntimeDatabase::Present* RuntimeDatabase::findPresent(ObjectKey key) const
+{
+    const Family* objects = family(key.type);
+    if (!objects)
+        return nullptr;
+    const auto found = objects->byId.find(key.id);
+    return found == objects->byId.end() ? nullptr : &objects->present[found->second];
+}
+
+RuntimeDatabase::Present* RuntimeDatabase::findPresent(ObjectKey key)
+{
+    return const_cast<Present*>(std::as_const(*this).findPresent(key));
+}
+
+std::vector<ObjectKey> RuntimeDatabase::objects(ScadaObjectType type) const
+{
+    std::vector<ObjectKey> keys;
+    const Family* objects = family(type);
+    if (!objects)
+        return keys;
+    keys.reserve(objects->objects.size());
+    for (const Object& object : objects->objects) {
+        if (type == ScadaObjectType::Point || type == object.type)
+            keys.push_back({object.type, object.id});
+    }
+    return keys;
 }
 
 ObjectKey RuntimeDatabase::findById(ScadaObjectType type, qint32 id) const
 {
-    const Object* object = findObject(type, id);
-    return object ? ObjectKey{object->type, id} : ObjectKey{};
+    const Object* found = object({type, id});
+    return found ? ObjectKey{found->type, id} : ObjectKey{};
+}
+
+void RuntimeDatabase::setTimeZone(const QTimeZone& zone)
+{
+    m_calendar = StatisticsCalendar(zone);
+}
+
+void RuntimeDatabase::setClock(std::function<qint64()> clock)
+{
+    m_clock = clock ? std::move(clock) : std::function<qint64()>(&QDateTime::currentMSecsSinceEpoch);
+}
+
+bool RuntimeDatabase::takeSample(const Sample& sample)
+{
+    Family* objects = family(sample.object.type);
+    if (!objects)
+        return false;
+    const auto found = objects->byId.find(sample.object.id);
+    if (found == objects->byId.end())
+        return false;
+    Present& present = objects->present[found->second];
+    if (sample.timeMs < present.timeMs || sample.timeMs < earliestTimeMs || sample.timeMs > latestTimeMs)
+        return false;
+
+    const double value = present.isAnalog ? sample.value : stateOf(sample.value);
+    present.timeMs = sample.timeMs;
+    present.quality = sample.quality;
+    if (std::isfinite(value)) {
+        present.value = value;
+        present.hasValue = true;
+    } else {
+        present.quality |= ValueMark::Invalid;
+    }
+    if ((present.quality & ValueMark::Invalid) == 0)
+        setLimitMarks(present);
+    statisticsOf(present).take(sample.timeMs, value, present.quality, m_calendar);
+    if (present.staleAfterMs > 0 && !present.isQueued)
+        queueExpiry(*objects, found->second);
+    return true;
+}
+
+void RuntimeDatabase::setLimitMarks(Present& present)
+{
+    if (!present.isAnalog) {
+        const bool isAbnormal = present.abnormalState >= 0 && present.value == present.abnormalState;
+        present.limitMarks = isAbnormal ? ValueMark::Abnormal : 0;
+        return;
+    }
+    const qint32 before = present.limitMarks;
+    const double value = present.value;
+    const double hysteresis = present.hysteresis;
+    qint32 marks = 0;
+    const auto judge = [&](double number, double limit, qint32 mark) {
+        if (isBeyondHigh(number, limit, hysteresis, (before & mark) != 0))
+            marks |= mark;
+    };
+    judge(value, present.high, ValueMark::AboveHigh);
+    judge(value, present.highHigh, ValueMark::AboveHighHigh);
+    judge(-value, -present.low, ValueMark::BelowLow);
+    judge(-value, -present.lowLow, ValueMark::BelowLowLow);
+    present.limitMarks = marks;
+}
+
+PointStatistics& RuntimeDatabase::statisticsOf(Present& present)
+{
+    if (!present.statistics) {
+        const auto kind = present.isAnalog ? PointStatistics::Kind::Analog : PointStatistics::Kind::Digital;
+        present.statistics = std::make_unique<PointStatistics>(kind, present.staleAfterMs);
+    }
+    return *present.statistics;
+}
+
+QuorixData RuntimeDatabase::presentRecord(ObjectKey key) const
+{
+    QuorixData record;
+    const Present* present = findPresent(key);
+    if (!present)
+        return record;
+    record.setMember("tag", qint32(0));
+    record.setMember("limit", present->limitMarks);
+    record.setMember("quality", present->quality);
+    if (present->timeMs != neverSampled)
+        record.setMember("time", QDateTime::fromMSecsSinceEpoch(present->timeMs, Qt::UTC));
+    if (!present->hasValue)
+        return record;
+    const QuorixValue value =
+        present->isAnalog ? QuorixValue(present->value) : QuorixValue(static_cast<qint32>(present->value));
+    record.setMember(DataFieldInfo::currentValueMember, value);
+    if (Korvane::isPointObjectType(key.type))
+        return record;
+    record.setMember("commState", value);
+    record.setMember(key.type == ScadaObjectType::RtuObject ? "scanState" : "driverState", value);
+    return record;
+}
+
+void RuntimeDatabase::queueExpiry(Family& family, std::size_t index)
+{
+    Present& present = family.present[index];
+    m_expiries.push({present.timeMs + present.staleAfterMs, &family, index});
+    present.isQueued = true;
+}
+
+std::vector<ObjectKey> RuntimeDatabase::takeStale(qint64 nowMs)
+{
+    std::vector<ObjectKey> stale;
+    while (!m_expiries.empty() && m_expiries.top().timeMs <= nowMs) {
+        const Expiry due = m_expiries.top();
+        m_expiries.pop();
+        Present& present = due.family->present[due.index];
+        present.isQueued = false;
+        if (present.timeMs + present.staleAfterMs > nowMs) {
+            queueExpiry(*due.family, due.index);
+        } else if ((present.quality & ValueMark::Stale) == 0) {
+            present.quality |= ValueMark::Stale;
+            const Object& object = due.family->objects[due.index];
+            stale.push_back({object.type, object.id});
+        }
+    }
+    return stale;
+}
+
+bool RuntimeDatabase::setCommunicationFailed(ObjectKey key, bool failed, qint64 nowMs)
+{
+    Present* present = findPresent(key);
+    if (!present || ((present->quality & ValueMark::CommunicationFailed) != 0) == failed)
+        return false;
+    present->quality ^= ValueMark::CommunicationFailed;
+    if (present->statistics)
+        present->statistics->setFailed(failed, nowMs, m_calendar);
+    return true;
 }
 
 QVariant RuntimeDatabase::fieldValue(ObjectKey key, DataCode::DataField field) const
 {
-    const Object* found = findObject(key.type, key.id);
+    const Object* found = object(key);
     if (!found)
         return {};
     const Object& object = *found;
@@ -156,8 +374,80 @@ QVariant RuntimeDatabase::fieldValue(ObjectKey key, DataCode::DataField field) c
     case DataCode::DataField::HighHighLimit:
         return limit(object.highHigh);
     default:
-        return {};
+        return presentField(object, field);
     }
+}
+
+QVariant RuntimeDatabase::presentField(const Object& object, DataCode::DataField field) const
+{
+    const Present& present = *findPresent({object.type, object.id});
+    if (!present.statistics || !isFieldOf(field, object.type, DataFieldInfo::Supplier::RuntimeDatabase))
+        return {};
+    if (field != DataCode::DataField::ValueWithUnit && field != DataCode::DataField::StatusName)
+        return present.statistics->fieldValue(field, now(), m_calendar);
+    if (!present.hasValue)
+        return {};
+    if (field == DataCode::DataField::StatusName) {
+        const auto state = static_cast<qint32>(present.value);
+        const QString name = object.states.value(state);
+        return name.isEmpty() ? QString::number(state) : name;
+    }
+    const QString value = valueText(present.value, object.decimals);
+    return object.unit.isEmpty() ? value : value + QLatin1Char(' ') + object.unit;
+}
+
+QVariant RuntimeDatabase::historyValue(ObjectKey key, DataCode::DataField field) const
+{
+    const Object* found = object(key);
+    if (!found || !isFieldOf(field, found->type, DataFieldInfo::Supplier::History))
+        return {};
+    const Present* present = findPresent(key);
+    return present->statistics ? present->statistics->fieldValue(field, now(), m_calendar) : QVariant();
+}
+
+QByteArray RuntimeDatabase::state(ObjectKey key) const
+{
+    const Present* present = findPresent(key);
+    if (!present || present->timeMs == neverSampled)
+        return {};
+    QByteArray bytes;
+    ByteWriter writer(bytes);
+    writer.put(stateLayout).put(present->timeMs).put(present->quality).put(quint8(present->hasValue));
+    writer.put(present->value);
+    return bytes + present->statistics->toBytes();
+}
+
+bool RuntimeDatabase::restore(ObjectKey key, const QByteArray& state)
+{
+    Present* present = findPresent(key);
+    ByteReader reader(state);
+    if (!present || reader.take<quint8>() != stateLayout)
+        return false;
+    const auto timeMs = reader.take<qint64>();
+    const auto quality = reader.take<qint32>();
+    const bool hasValue = reader.take<quint8>() != 0;
+    const auto value = reader.take<double>();
+    const bool isTimeGood = timeMs >= earliestTimeMs && timeMs <= latestTimeMs;
+    const bool isValueGood = std::isfinite(present->isAnalog ? value : stateOf(value));
+    if (reader.isShort() || !isTimeGood || !isValueGood || !statisticsOf(*present).fromBytes(reader.rest()))
+        return false;
+    present->timeMs = timeMs;
+    present->quality = quality;
+    present->hasValue = hasValue;
+    present->value = value;
+    present->limitMarks = 0;
+    if (hasValue && (quality & ValueMark::Invalid) == 0)
+        setLimitMarks(*present);
+    return true;
+}
+
+void RuntimeDatabase::interrupt(ObjectKey key, qint64 timeMs)
+{
+    Present* present = findPresent(key);
+    if (!present || present->timeMs == neverSampled)
+        return;
+    present->quality |= ValueMark::Stale;
+    present->statistics->interrupt(timeMs, m_calendar);
 }
 
 ObjectKey RuntimeDatabase::findPoint(QStringView name) const

@@ -1,26 +1,41 @@
 #pragma once
 
 #include "host/hostexport.h"
+#include "host/runtime/statisticscalendar.h"
+#include "host/sources/sample.h"
 #include "platform/data/pointdirectory.h"
+#include "platform/data/quorixdata.h"
 #include "platform/data/scadaruntimeinterface.h"
 
+#include <QByteArray>
 #include <QHashFunctions>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
+#include <QTimeZone>
 
 #include <tl/expected.hpp>
 #include <tsl/robin_map.h>
 
+#include <chrono>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <memory>
+#include <queue>
 #include <utility>
 #include <vector>
 
-/// The reference host's runtime database: every point, unit and line that tags can name.
+class PointStatistics;
+
+/// The reference host's runtime database: every point, unit and line that tags can name, with its present value, the
+/// value's marks and its statistics.
 ///
 /// Objects are only ever added, and looked up by name or id at the cost of one hash look-up, however many there are. It
 /// serves as the process's point directory too, when the host registers it.
+///
+/// Every sample goes through takeSample(); what time does to a value comes through takeStale(), once a tick. All times
+/// are milliseconds since 1970-01-01 UTC. GUI thread only.
 class KORVANE_HOST_EXPORT RuntimeDatabase : public ScadaRuntimeInterface, public PointDirectory
 {
 public:
@@ -37,6 +52,22 @@ public:
         double low = std::numeric_limits<double>::quiet_NaN();
         double high = std::numeric_limits<double>::quiet_NaN();
         double highHigh = std::numeric_limits<double>::quiet_NaN();
+        /// How far a value must come back inside a limit before the limit's mark goes, in the point's unit.
+        double hysteresis = 0;
+        QString unit = {};
+        /// Decimals that values are written with; -1 for as many as needed.
+        int decimals = -1;
+        /// Range that bars and scales show; equal bounds for none.
+        double scaleLow = 0;
+        double scaleHigh = 0;
+        /// What the states of a digital point are called, from state 0 on; may be empty.
+        QStringList states = {};
+        /// State of a digital point that is marked as abnormal; -1 for none.
+        int abnormalState = -1;
+        /// How long a value counts as current; 0 (or more than 1000 years) for ever.
+        std::chrono::milliseconds staleAfter{0};
+        /// What the point is called in its source; empty for its own name.
+        QString address = {};
     };
 
     RuntimeDatabase();
@@ -57,8 +88,72 @@ public:
     ObjectKey findById(Korvane::ScadaObjectType family, qint32 id) const override;
     ObjectKey findPoint(QStringView name) const override;
 
-    /// Names, descriptions and limits; the full name is station and name, joined by a ".".
+    /// The object of that key; null when there is none. The pointer holds until the next add().
+    const Object* object(ObjectKey key) const;
+
+    /// The objects of \p type in the order in which they were added; Point stands for both kinds of points.
+    std::vector<ObjectKey> objects(Korvane::ScadaObjectType type) const;
+
+    /// Zone whose clock the hours and days of the statistics follow; the system's unless set. To be set before the
+    /// first sample and before anything is restored.
+    void setTimeZone(const QTimeZone& zone);
+
+    /// Clock up to which readings count; the system's unless set.
+    void setClock(std::function<qint64()> clock);
+    qint64 now() const { return m_clock(); }
+
+    /// Takes one sample into the present value, its marks and the statistics.
+    ///
+    /// The quality is what the source states, with Invalid added for a value that is no finite number (or, of anything
+    /// but an analog point, no 32-bit state): the value before is then kept. So a new sample takes Stale and
+    /// CommunicationFailed back unless it states them itself.
+    ///
+    /// Limit marks: high comes when the value lies above the limit and goes when it is at or below limit minus
+    /// hysteresis; low likewise downwards. Each of the four limits is judged by itself, so a value above the upper one
+    /// of two carries both marks. Abnormal follows the number of the state. An invalid sample changes no limit mark.
+    /// \returns false when the sample was ignored: unknown object; older than the present one (one of the same time
+    /// replaces it); a time outside the years 1 to 9999.
+    bool takeSample(const Sample& sample);
+
+    /// The present value as a middleware record: "value" (double of an analog point, else qint32), "tag", "limit",
+    /// "quality" and "time" (UTC). A unit has "commState" and "scanState" besides, a line "commState" and
+    /// "driverState", all equal to the value. Before the first sample, value and time are absent and the quality is
+    /// Invalid. Allocates nothing for points.
+    /// \returns an empty record for an unknown object.
+    QuorixData presentRecord(ObjectKey key) const;
+
+    /// Marks as Stale what has been present for its staleAfter or longer at \p nowMs.
+    /// \returns the objects that were marked now: each once until it has a new sample, and not one whose source
+    /// stated the mark itself. The cost follows the number of objects that may have expired, not that of all.
+    std::vector<ObjectKey> takeStale(qint64 nowMs);
+
+    /// Sets or takes back the mark CommunicationFailed, from \p nowMs on. The statistics do not count while it is set;
+    /// afterwards the value before counts again, unless it went stale meanwhile.
+    /// \returns whether the mark changed; false for an unknown object too.
+    bool setCommunicationFailed(ObjectKey key, bool failed, qint64 nowMs);
+
+    /// Names, descriptions, limits, the value as text, and the statistics of the running periods at now().
+    ///
+    /// The full name is station and name, joined by a "."; the value with unit has the point's decimals and a blank
+    /// before the unit; the name of a state without one is its number.
     QVariant fieldValue(ObjectKey object, DataCode::DataField field) const override;
+
+    /// Figures of the hour that ended last before now(): PastMaximum, PastMinimum, PastMean and PastAccumulated of an
+    /// analog point, and PastMoment, the value at the end of that hour.
+    /// \returns an invalid variant for any other field and where nothing is known.
+    QVariant historyValue(ObjectKey object, DataCode::DataField field) const;
+
+    /// Present value and statistics of one object as bytes of a layout of their own, for restore(); empty before the
+    /// first sample.
+    QByteArray state(ObjectKey key) const;
+
+    /// Takes the bytes of state() in place of what the object has.
+    /// \returns false when there is no such object or the bytes are not of that layout; nothing changes then.
+    bool restore(ObjectKey key, const QByteArray& state);
+
+    /// The object's value stops counting at \p timeMs until it has a new sample, and is marked as Stale: for a value
+    /// that was restored, with the time up to which it is known to have held.
+    void interrupt(ObjectKey key, qint64 timeMs);
 
 private:
     struct NameHash
@@ -81,20 +176,63 @@ private:
     using NameMap =
         tsl::robin_map<QStringView, Value, NameHash, NameEqual, std::allocator<std::pair<QStringView, Value>>, true>;
 
+    /// What a sample meets: packed, so that taking one touches few cache lines.
+    struct Present
+    {
+        explicit Present(const Object& object);
+
+        double value = 0;
+        qint64 timeMs = 0;
+        qint32 quality = 0;
+        qint32 limitMarks = 0;
+        bool isAnalog = false;
+        bool hasSample = false;
+        bool hasValue = false;
+        bool isQueued = false; ///< in m_expiries
+        qint32 abnormalState = -1;
+        double lowLow = 0;
+        double low = 0;
+        double high = 0;
+        double highHigh = 0;
+        double hysteresis = 0;
+        qint64 staleAfterMs = 0;
+        /// Made with the first sample: in a large plant many points never have one.
+        std::unique_ptr<PointStatistics> statistics;
+    };
+
     /// Objects of one family with the names and ids of their own.
     struct Family
     {
         std::vector<Object> objects;
+        std::vector<Present> present; ///< parallel to the objects
         // The names look into the objects' texts, which stay where they are when the vector grows.
         NameMap<ObjectKey> byName;
         tsl::robin_map<qint32, std::size_t> byId;
     };
 
+    /// Moment at which a value may have gone stale. Newer samples do not touch it: it is looked at when it is due, and
+    /// queued again if the value is younger by then.
+    struct Expiry
+    {
+        qint64 timeMs;
+        Family* family;
+        std::size_t index;
+        friend bool operator>(const Expiry& a, const Expiry& b) { return a.timeMs > b.timeMs; }
+    };
+
     const Family* family(Korvane::ScadaObjectType type) const;
     Family* family(Korvane::ScadaObjectType type);
-    const Object* findObject(Korvane::ScadaObjectType type, qint32 id) const;
+    const Present* findPresent(ObjectKey key) const;
+    Present* findPresent(ObjectKey key);
+    static PointStatistics& statisticsOf(Present& present);
+    QVariant presentField(const Object& object, DataCode::DataField field) const;
+    void queueExpiry(Family& family, std::size_t index);
+    static void setLimitMarks(Present& present);
 
     Family m_points;
     Family m_rtus;
     Family m_channels;
+    StatisticsCalendar m_calendar;
+    std::function<qint64()> m_clock;
+    std::priority_queue<Expiry, std::vector<Expiry>, std::greater<>> m_expiries;
 };

@@ -4,6 +4,7 @@
 
 #include <QtGlobal>
 
+class KVCanvasManagerInterface;
 class KorvaneScadaCoreInterface;
 
 /// The host product's core object, one a process: the way from anywhere in the host to its parts. Implemented by the
@@ -17,4 +18,7 @@ public:
 
     /// The service hub of the SCADA layer, owned by the core; null in a host without one.
     virtual KorvaneScadaCoreInterface* scadaCoreInterface() = 0;
+
+    /// The open pages, owned by the host; null in a host without pages.
+    virtual KVCanvasManagerInterface* canvasManager() = 0;
 };

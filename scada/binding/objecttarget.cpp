@@ -134,8 +134,10 @@ bool ObjectTarget::needUpdate(double value)
 
 void ObjectTarget::setLogDataInfo(const LogDataInfo& info)
 {
-    if (!m_logDataInfo)
+    if (!m_logDataInfo) {
         m_logDataInfo = new LogDataInfo;
+        countBindingChange(); // from now on it is fed in another way
+    }
     *m_logDataInfo = info;
 }
 

@@ -31,6 +31,8 @@ public:
     /// The targets themselves, owned by the condition.
     ObjectTarget* lValue() { return &m_left; }
     ObjectTarget* rValue() { return &m_right; }
+    /// Whether the value tested was ever received.
+    bool isLeftValueKnown() const { return m_left.value().isValid(); }
 
     void setLValue(const ObjectTarget& target) { m_left = target; }
     /// Sets the tag string in force of the right value; its stored tag string and its value stay.

@@ -96,6 +96,9 @@ protected:
 public:
     TesselInterface* shape() const { return m_shape; }
 
+    /// Whether a value changed that was not pushed onto the shape yet: updateDatatoTarget(false) would.
+    bool isDataChanged() const { return m_isChanged; }
+
     /// Tag string of the first target; empty without one.
     QString tagName();
     /// Id of the first target's object; 0 without one.

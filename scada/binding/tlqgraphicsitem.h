@@ -28,6 +28,8 @@ public:
     void setSourceFail(bool fail);
     /// Whether no mark is shown; the source-failed stroke does not count.
     bool isNoTLQ() const;
+    /// Everything that paint() shows as one number, for whoever repaints only what changed; 0 for nothing.
+    int shownState() const { return m_state; }
 
     QRectF boundingRect() const override { return m_rect; }
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;

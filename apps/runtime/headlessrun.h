@@ -1,0 +1,26 @@
+#pragma once
+
+#include "apps/runtime/runtimeoptions.h"
+
+class LiveSystem;
+struct Page;
+
+/// A run without a window: the page is drawn off screen, then the table of the points and the path of the picture are
+/// printed.
+class HeadlessRun
+{
+public:
+    HeadlessRun(LiveSystem& system, const RuntimeOptions& options) : m_system(system), m_options(options) {}
+
+    /// \returns the program's exit code.
+    int run(Page& page);
+
+    /// Prints the table of the points with their figures.
+    static void printPoints(LiveSystem& system);
+
+private:
+    bool writePicture(Page& page, const QString& fileName) const;
+
+    LiveSystem& m_system;
+    const RuntimeOptions& m_options;
+};

@@ -1,0 +1,97 @@
+#include "apps/runtime/headlessrun.h"
+#include "apps/runtime/runtimeoptions.h"
+#include "apps/runtime/runtimewindow.h"
+#include "host/runtime/livesystem.h"
+#include "host/runtime/sourcerecorder.h"
+
+#include <QApplication>
+#include <QTextStream>
+
+#include <cstring>
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongUsage = 2;
+
+void complain(const QString& text)
+{
+    QTextStream(stderr) << QStringLiteral("korvane-runtime: %1\n").arg(text);
+}
+
+// Without a display the runtime draws off screen, instead of failing as Qt would.
+bool hasDisplay()
+{
+#ifdef Q_OS_UNIX
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+#else
+    return true;
+#endif
+}
+
+int record(const LiveSystem::Options& systemOptions, const RuntimeOptions& options)
+{
+    const auto rows = recordSource(systemOptions, options.record, *options.after);
+    if (!rows) {
+        complain(rows.error());
+        return failed;
+    }
+    QTextStream(stdout) << QStringLiteral("%1: %2 samples recorded\n").arg(options.record).arg(*rows);
+    return 0;
+}
+
+int runWindow(LiveSystem& system, const RuntimeOptions& options, Page& page)
+{
+    RuntimeWindow window(system, options);
+    window.showPage(page);
+    window.show();
+    system.start();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const bool isHeadless = !hasDisplay();
+    if (isHeadless)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("korvane-runtime"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Korvane"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(KORVANE_VERSION));
+
+    const auto options = RuntimeOptions::parse(QCoreApplication::arguments());
+    if (!options) {
+        complain(options.error());
+        return wrongUsage;
+    }
+    LiveSystem::Options systemOptions;
+    systemOptions.folder = options->project;
+    systemOptions.source = options->source;
+    systemOptions.isStored = options->isStored;
+    if (!options->record.isEmpty())
+        return record(systemOptions, *options);
+    const auto system = LiveSystem::open(systemOptions);
+    if (!system) {
+        complain(system.error());
+        return failed;
+    }
+    LiveSystem& live = **system;
+    for (const QString& problem : live.problems())
+        complain(problem);
+    QObject::connect(&live, &LiveSystem::problemFound, &complain);
+
+    const auto page = live.openPage(options->page.isEmpty() ? live.project().startPage : options->page);
+    if (!page) {
+        complain(page.error());
+        return failed;
+    }
+    if (isHeadless)
+        QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
+    return isHeadless ? HeadlessRun(live, *options).run(**page) : runWindow(live, *options, **page);
+}

@@ -1,0 +1,275 @@
+#include "apps/runtime/runtimewindow.h"
+
+#include "apps/runtime/explanationdock.h"
+#include "apps/runtime/headlessrun.h"
+#include "apps/runtime/tagdock.h"
+#include "host/canvas/canvas.h"
+#include "host/canvas/canvasview.h"
+#include "host/runtime/livesystem.h"
+#include "host/shapes/shape.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenuBar>
+#include <QStatusBar>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::chrono::seconds figureInterval{1};
+constexpr double zoomStep = 1.25;
+
+double median(std::vector<double>& values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+} // namespace
+
+RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, QWidget* parent)
+    : QMainWindow(parent),
+      m_system(system),
+      m_options(options),
+      m_explanation(new ExplanationDock(system.database(), this)),
+      m_tags(new TagDock(system.database(), this)),
+      m_figures(new QLabel(this)),
+      m_problems(new QLabel(this))
+{
+    setWindowTitle(QStringLiteral("%1 - %2").arg(system.project().name, system.sourceDescription()));
+    resize(1280, 800);
+    m_tabs.setDocumentMode(true);
+    m_tabs.setTabsClosable(true);
+    m_tabs.setMovable(true);
+    setCentralWidget(&m_tabs);
+    addDockWidget(Qt::RightDockWidgetArea, m_explanation);
+    addDockWidget(Qt::BottomDockWidgetArea, m_tags);
+    m_explanation->hide();
+    m_tags->hide();
+    buildMenus();
+    buildStatusBar();
+
+    connect(&m_tabs, &QTabWidget::currentChanged, this, &RuntimeWindow::heedTab);
+    connect(&m_tabs, &QTabWidget::tabCloseRequested, this, &RuntimeWindow::closeTab);
+    connect(&system, &LiveSystem::problemFound, this, &RuntimeWindow::addProblem);
+    connect(&system.dataService(), &DataService::batchSent, this, [this] { m_hasNewValues = true; });
+    connect(&m_figureTimer, &QTimer::timeout, this, &RuntimeWindow::showFigures);
+    m_figureTimer.start(figureInterval);
+    m_sinceFigures.start();
+    if (options.after)
+        QTimer::singleShot(*options.after, this, &RuntimeWindow::end);
+}
+
+RuntimeWindow::~RuntimeWindow()
+{
+    // The tabs' end reports other tabs in front, of which nothing is left to show.
+    m_tabs.disconnect(this);
+    m_tags->showPage(nullptr);
+}
+
+void RuntimeWindow::buildMenus()
+{
+    QMenu* pages = menuBar()->addMenu(tr("&Page"));
+    for (const QString& name : m_system.project().pages())
+        pages->addAction(name, this, [this, name] { openPage(name); });
+    pages->addSeparator();
+    pages->addAction(
+        tr("&Close"), this, [this] { closeTab(m_tabs.currentIndex()); }, QKeySequence::Close);
+    pages->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    const auto zoom = [this](double factor) {
+        if (CanvasView* shown = currentView())
+            shown->setZoom(factor > 0 ? shown->zoom() * factor : 1);
+    };
+    view->addAction(
+        tr("Zoom to &fit"), this,
+        [this] {
+            if (CanvasView* shown = currentView())
+                shown->zoomToFit();
+        },
+        QKeySequence(Qt::CTRL + Qt::Key_0));
+    view->addAction(
+        tr("&Own size"), this, [zoom] { zoom(0); }, QKeySequence(Qt::CTRL + Qt::Key_1));
+    view->addAction(
+        tr("Zoom &in"), this, [zoom] { zoom(zoomStep); }, QKeySequence::ZoomIn);
+    view->addAction(
+        tr("Zoom &out"), this, [zoom] { zoom(1 / zoomStep); }, QKeySequence::ZoomOut);
+    QAction* fullScreen = view->addAction(tr("F&ull screen"));
+    fullScreen->setCheckable(true);
+    fullScreen->setShortcut(Qt::Key_F11);
+    connect(fullScreen, &QAction::toggled, this, &RuntimeWindow::toggleFullScreen);
+    addAction(fullScreen); // its key works while the menu bar is hidden
+    m_layers = view->addMenu(tr("&Layers"));
+    view->addSeparator();
+    QAction* explanation = m_explanation->toggleViewAction();
+    explanation->setText(tr("&Why does this shape look like this"));
+    explanation->setShortcut(Qt::Key_F2);
+    QAction* tags = m_tags->toggleViewAction();
+    tags->setText(tr("&Tags of the page"));
+    tags->setShortcut(Qt::Key_F3);
+    view->addActions({explanation, tags});
+}
+
+void RuntimeWindow::buildStatusBar()
+{
+    m_problems->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    statusBar()->addWidget(m_problems, 1);
+    statusBar()->addPermanentWidget(m_figures);
+    if (!m_system.problems().isEmpty())
+        addProblem(m_system.problems().constLast());
+}
+
+void RuntimeWindow::addProblem(const QString& text)
+{
+    const QStringList& all = m_system.problems();
+    m_problems->setText(tr("%n problem(s), the newest: ", nullptr, all.size()) +
+                        fontMetrics().elidedText(text, Qt::ElideMiddle, width() / 2));
+    constexpr int shownAtMost = 20;
+    m_problems->setToolTip(QStringList(all.mid(all.size() - shownAtMost)).join(QLatin1Char('\n')));
+}
+
+void RuntimeWindow::openPage(const QString& name)
+{
+    const auto page = m_system.openPage(name);
+    if (page)
+        showPage(**page);
+    else
+        m_problems->setText(page.error());
+}
+
+void RuntimeWindow::showPage(Page& page)
+{
+    CanvasView* view = m_pages.key(&page);
+    if (!view) {
+        view = new CanvasView(*page.canvas);
+        m_pages.insert(view, &page);
+        connect(view, &CanvasView::clicked, this, &RuntimeWindow::explain);
+        connect(view, &CanvasView::painted, this, &RuntimeWindow::notePaint);
+        m_tabs.addTab(view, page.canvas->title());
+    }
+    m_tabs.setCurrentWidget(view);
+    heedTab();
+}
+
+void RuntimeWindow::closeTab(int place)
+{
+    auto* view = qobject_cast<CanvasView*>(m_tabs.widget(place));
+    if (!view)
+        return;
+    Page* page = m_pages.take(view);
+    m_explanation->forget();
+    m_tags->showPage(nullptr);
+    m_tabs.removeTab(place);
+    delete view;
+    m_system.pages().close(page->canvas->canvasName());
+    heedTab();
+}
+
+// Only the page in front takes batches and paints.
+void RuntimeWindow::heedTab()
+{
+    CanvasView* front = currentView();
+    for (auto page = m_pages.begin(); page != m_pages.end(); ++page) {
+        page.value()->actions->setShown(page.key() == front);
+        if (page.key() != front)
+            page.key()->setSelected(nullptr);
+    }
+    Page* page = currentPage();
+    m_system.pages().setCurrent(page);
+    m_explanation->forget();
+    m_tags->showPage(page);
+    fillLayers();
+}
+
+void RuntimeWindow::fillLayers()
+{
+    m_layers->clear();
+    Page* page = currentPage();
+    if (!page)
+        return;
+    for (const auto& layer : page->canvas->layers()) {
+        QAction* action = m_layers->addAction(layer->name());
+        action->setCheckable(true);
+        action->setChecked(layer->isVisible());
+        connect(action, &QAction::toggled, this,
+                [page, shown = layer.get()](bool isOn) { page->canvas->setLayerVisible(*shown, isOn); });
+    }
+}
+
+void RuntimeWindow::explain(Shape* shape)
+{
+    if (CanvasView* view = currentView())
+        view->setSelected(shape);
+    if (!shape) {
+        m_explanation->forget();
+        return;
+    }
+    m_explanation->explain(*currentPage(), *shape);
+    m_explanation->show();
+}
+
+// How old the newest value on the screen is, counted from its sample.
+void RuntimeWindow::notePaint()
+{
+    ++m_paints;
+    if (!m_hasNewValues)
+        return;
+    m_hasNewValues = false;
+    const auto newest = m_system.dataService().figures().newestSampleMs;
+    m_lagsMs.push_back(static_cast<double>(m_system.nowMs() - newest) / m_system.speed());
+}
+
+void RuntimeWindow::showFigures()
+{
+    const double seconds = static_cast<double>(m_sinceFigures.restart()) / 1000;
+    const quint64 records = m_system.dataService().figures().records;
+    const double values = static_cast<double>(records - m_records) / seconds;
+    const double paints = static_cast<double>(m_paints - m_paintsShown) / seconds;
+    m_records = records;
+    m_paintsShown = m_paints;
+    QString lag = QStringLiteral("-");
+    if (!m_lagsMs.empty()) {
+        const double worst = *std::max_element(m_lagsMs.begin(), m_lagsMs.end());
+        lag = tr("%1 ms, worst %2 ms").arg(median(m_lagsMs), 0, 'f', 0).arg(worst, 0, 'f', 0);
+        m_lagsMs.clear();
+    }
+    m_figures->setText(tr("%1 values/s   %2 paints/s   lag %3   %4 points failed")
+                           .arg(values, 0, 'f', 0)
+                           .arg(paints, 0, 'f', 0)
+                           .arg(lag)
+                           .arg(m_system.dataService().failedPoints()));
+    m_explanation->refresh();
+    m_tags->refresh();
+}
+
+void RuntimeWindow::toggleFullScreen(bool isFull)
+{
+    menuBar()->setVisible(!isFull);
+    statusBar()->setVisible(!isFull);
+    m_tabs.tabBar()->setVisible(!isFull);
+    if (isFull)
+        showFullScreen();
+    else
+        showNormal();
+}
+
+void RuntimeWindow::end()
+{
+    if (!m_options.screenshot.isEmpty() && !grab().save(m_options.screenshot))
+        qWarning("%s: can't be written", qUtf8Printable(m_options.screenshot));
+    HeadlessRun::printPoints(m_system);
+    QApplication::quit();
+}
+
+CanvasView* RuntimeWindow::currentView() const
+{
+    return qobject_cast<CanvasView*>(m_tabs.currentWidget());
+}
+
+Page* RuntimeWindow::currentPage() const
+{
+    return m_pages.value(currentView());
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "apps/runtime/runtimeoptions.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QTabWidget>
+#include <QTimer>
+
+#include <vector>
+
+class CanvasView;
+class ExplanationDock;
+class LiveSystem;
+class Shape;
+class TagDock;
+struct Page;
+
+/// The runtime's window: pages in tabs, layers and zoom, what explains a shape, the tags of a page, figures.
+class RuntimeWindow : public QMainWindow
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(RuntimeWindow)
+
+public:
+    /// \param system not owned, must outlive the window
+    RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, QWidget* parent = nullptr);
+    ~RuntimeWindow() override;
+
+    /// Shows an open page in a tab of its own, in front.
+    void showPage(Page& page);
+
+private:
+    void buildMenus();
+    void buildStatusBar();
+    void openPage(const QString& name);
+    void closeTab(int place);
+    void heedTab();
+    void fillLayers();
+    void explain(Shape* shape);
+    void notePaint();
+    void showFigures();
+    void toggleFullScreen(bool isFull);
+    void addProblem(const QString& text);
+    void end();
+    CanvasView* currentView() const;
+    Page* currentPage() const;
+
+    LiveSystem& m_system;
+    const RuntimeOptions& m_options;
+    QTabWidget m_tabs;
+    QHash<CanvasView*, Page*> m_pages;
+    QMenu* m_layers = nullptr;
+    ExplanationDock* m_explanation;
+    TagDock* m_tags;
+    QLabel* m_figures;
+    QLabel* m_problems;
+    QTimer m_figureTimer;
+    QElapsedTimer m_sinceFigures;
+    std::vector<double> m_lagsMs; ///< of the paints since the figures were shown last
+    quint64 m_records = 0;        ///< as of then
+    quint64 m_paints = 0;
+    quint64 m_paintsShown = 0;
+    bool m_hasNewValues = false; ///< a batch waits to be painted
+};

@@ -1,0 +1,38 @@
+#include "host/actions/numberaction.h"
+
+#include "platform/core/tesselinterface.h"
+
+QString NumberAction::name() const
+{
+    return tr("Number");
+}
+
+const std::vector<ActionSetting>& NumberAction::settingTable() const
+{
+    static const std::vector<ActionSetting> table = {
+        ActionSettings::of<&NumberAction::m_property>("Property"),
+        ActionSettings::of<&NumberAction::m_factor>("Factor"),
+        ActionSettings::of<&NumberAction::m_offset>("Offset"),
+    };
+    return table;
+}
+
+QStringList NumberAction::drivenProperties() const
+{
+    return {m_property};
+}
+
+ScadaTagActionInterface* NumberAction::clone(TesselInterface* shape) const
+{
+    auto* copy = new NumberAction(*this);
+    copy->setShape(shape);
+    return copy;
+}
+
+void NumberAction::applyToShape(bool)
+{
+    bool isNumber = false;
+    const double number = value().toDouble(&isNumber);
+    if (isNumber && shape())
+        shape()->setNamedProperty(m_property, number * m_factor + m_offset);
+}

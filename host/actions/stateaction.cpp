@@ -1,0 +1,56 @@
+#include "host/actions/stateaction.h"
+
+#include "platform/core/tesselinterface.h"
+
+#include <cmath>
+
+QString StateAction::name() const
+{
+    return tr("State");
+}
+
+const std::vector<ActionSetting>& StateAction::settingTable() const
+{
+    static const std::vector<ActionSetting> table = {
+        ActionSettings::of<&StateAction::m_property>("Property"),
+        ActionSettings::of<&StateAction::m_offset>("Offset"),
+    };
+    return table;
+}
+
+QStringList StateAction::drivenProperties() const
+{
+    return {m_property};
+}
+
+ScadaTagActionInterface* StateAction::clone(TesselInterface* shape) const
+{
+    auto* copy = new StateAction(*this);
+    copy->setShape(shape);
+    return copy;
+}
+
+int StateAction::state() const
+{
+    constexpr int unknown = -1;
+    enum { Closed = 0, Open = 1, Travelling = 2, Contradiction = 3 };
+    bool isNumber = false;
+    const double first = value().toDouble(&isNumber);
+    if (!isNumber || !(std::abs(first) < 1e6))
+        return unknown;
+    if (tags().size() < 2)
+        return static_cast<int>(std::lround(first)) + m_offset;
+    if (!value(1).isValid())
+        return unknown;
+    const bool isOpen = first != 0;
+    const bool isClosed = value(1).toDouble() != 0;
+    if (isOpen == isClosed)
+        return isOpen ? Contradiction : Travelling;
+    return isOpen ? Open : Closed;
+}
+
+void StateAction::applyToShape(bool)
+{
+    if (shape())
+        shape()->setNamedProperty(m_property, state());
+}

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "host/actions/actionrule.h"
+#include "host/actions/actionsetting.h"
+#include "host/hostexport.h"
+#include "scada/binding/objecttarget.h"
+#include "scada/binding/scadatagactioninterface.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <vector>
+
+class CanvasScadaActionManagerInterface;
+
+/// Base of the host's tag actions: the tags that an action reads, as the engineer wrote them, rules of conditions, and
+/// settings of its kind.
+///
+/// Resolving strips prefix and field off a target, so the tags are kept beside the targets, and saving and copying
+/// start from them.
+class KORVANE_HOST_EXPORT TagAction : public ScadaTagActionInterface
+{
+public:
+    /// Stored numbers of the kinds.
+    enum Type {
+        Text = 1,
+        Number = 2,
+        Level = 3,
+        Colour = 4,
+        Visibility = 5,
+        Rotation = 6,
+        Position = 7,
+        State = 8,
+        Trend = 9,
+        Unloaded = -1, ///< see UnloadedAction
+    };
+
+    explicit TagAction(TesselInterface* shape);
+    /// A copy with the same tags, rules and settings, not resolved, whatever this one is.
+    TagAction(const TagAction& other);
+    TagAction& operator=(const TagAction&) = delete;
+    ~TagAction() override;
+
+    /// The table of what is set for actions of this kind.
+    virtual const std::vector<ActionSetting>& settingTable() const;
+    /// Every setting of the kind by name.
+    QVariantMap settings() const;
+    /// \returns false, with nothing changed, for a setting that there is not or a value that it can't have.
+    bool setSetting(const QString& name, const QVariant& value);
+
+    /// The tags of the action's values in their order, without those of its rules, as the engineer wrote them.
+    QStringList tags() const;
+    void setTags(const QStringList& tags);
+    /// Adds a value; \p target is taken as it is, with what its stored record said.
+    void addTarget(const ObjectTarget& target);
+
+    const std::vector<ActionRule>& rules() const { return m_rules; }
+    void setRules(const std::vector<ActionRule>& rules);
+
+    /// Renames points as ObjectTarget::replacePointName does, in the tags as written too; the number of targets renamed.
+    int replacePointNames(KorvaneScadaCoreInterface* hub, const QList<QPair<QString, QString>>& renames);
+
+    /// The newest value of the value at \p place; invalid without one.
+    QVariant value(int place = 0) const;
+
+    /// The condition that holds now, as text, and makes the shape look as it does; empty when none does.
+    virtual QString matchedCondition() const { return {}; }
+    /// The properties of the shape that the action sets.
+    virtual QStringList drivenProperties() const = 0;
+
+    void setShape(TesselInterface* shape) override;
+    bool isEqual(const ScadaTagActionInterface& other) const override;
+    void toStream(ScadaTagActionStream& stream) const override;
+    void fromStream(const ScadaTagActionStream& stream, QMap<QString, QVariant>& values) override;
+    void collectTargets(QList<ObjectTarget*>& out) override;
+    void copyTargets(QList<ObjectTarget>& out) override;
+    void setTagString(const QString& tag) override;
+    bool replaceText(const QString& before, const QString& after) override;
+    void runItSelf(CanvasScadaActionManagerInterface* manager, KorvaneScadaCoreInterface* core) override;
+
+    /// The stored members that this program does not know, as the text of a JSON object; empty without one. Kept for
+    /// saving.
+    const QByteArray& unknownMembers() const { return m_unknownMembers; }
+    void setUnknownMembers(const QByteArray& members) { m_unknownMembers = members; }
+    /// Likewise the stored settings that it does not know, or whose values it can't use.
+    const QByteArray& unknownSettings() const { return m_unknownSettings; }
+    void setUnknownSettings(const QByteArray& members) { m_unknownSettings = members; }
+
+protected:
+    /// The page's manager, not owned; null before the page was opened.
+    CanvasScadaActionManagerInterface* manager() const { return m_manager; }
+    /// Whether what the action reads has failed: the data source as a whole, or the source of one of its points.
+    bool isSourceFailed() const;
+
+    bool updatePointValue(const QuorixData& data, Korvane::ScadaObjectType kind, unsigned int pointId) override;
+
+    std::vector<ActionRule>& mutableRules() { return m_rules; }
+
+private:
+    /// A target, and its tag as the engineer wrote it.
+    struct Binding
+    {
+        ObjectTarget target;
+        QString tag;
+    };
+
+    bool noteFailure(const QuorixData& data, qint32 pointId);
+    void unbind();
+
+    std::vector<Binding> m_bindings;
+    std::vector<ActionRule> m_rules;
+    std::vector<qint32> m_failedPoints; ///< of the rules' points, those whose source failed
+    QByteArray m_unknownMembers;
+    QByteArray m_unknownSettings;
+    CanvasScadaActionManagerInterface* m_manager = nullptr;
+};

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "host/canvas/pagerenderer.h"
+#include "host/hostexport.h"
+
+#include <QAbstractScrollArea>
+#include <QPointer>
+
+class Canvas;
+class Shape;
+
+/// Shows a page: fitted into the view or at a zoom, drawn only where it changed, at the screen's own resolution.
+class KORVANE_HOST_EXPORT CanvasView : public QAbstractScrollArea
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(CanvasView)
+
+public:
+    static constexpr double smallestZoom = 0.05;
+    static constexpr double largestZoom = 8;
+
+    /// \param canvas not owned, must outlive the view
+    explicit CanvasView(Canvas& canvas, QWidget* parent = nullptr);
+    ~CanvasView() override;
+
+    Canvas& canvas() const { return m_canvas; }
+
+    /// Whether the page is kept as large as fits; so at first.
+    bool isFitted() const { return m_isFitted; }
+    void zoomToFit();
+    /// Shows the page at \p zoom, 1 for its own size, held to the bounds above; no longer fitted.
+    void setZoom(double zoom);
+    double zoom() const;
+
+    /// The shape that is marked as selected; null for none.
+    void setSelected(::Shape* shape);
+
+    /// Draws what changed at once, instead of with the next turn of the event loop.
+    void refresh();
+
+    /// Frames painted so far.
+    quint64 paints() const { return m_paints; }
+    const PageRenderer& renderer() const { return m_renderer; }
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// A frame that shows every change so far is on its way to the screen.
+    void painted();
+    /// The left button was pressed and released over the page; null for its background.
+    void clicked(::Shape* shape);
+    void zoomChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+
+private:
+    void schedule();
+    void place();
+    double fittingZoom() const;
+    QPointF toPage(QPoint viewportPosition) const;
+    QRect viewportRect(const ::Shape& shape) const;
+
+    Canvas& m_canvas;
+    PageRenderer m_renderer;
+    ::Shape* m_selected = nullptr;
+    QPoint m_pressedAt;
+    QPoint m_draggedFrom;
+    double m_zoom = 1; ///< while not fitted
+    quint64 m_paints = 0;
+    bool m_isFitted = true;
+    bool m_isScheduled = false;
+    bool m_isDragging = false;
+};

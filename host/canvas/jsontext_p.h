@@ -1,0 +1,45 @@
+#pragma once
+
+#include "host/hostexport.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include <rapidjson/document.h>
+
+#include <tl/expected.hpp>
+
+#include <unordered_map>
+
+/// A JSON text read from a file, with the lines its objects begin on.
+///
+/// Nested deeper than mostDepth is refused, so that nothing that walks the text can run out of stack.
+class KORVANE_HOST_EXPORT JsonText
+{
+public:
+    static constexpr int mostDepth = 100;
+
+    /// \returns what is wrong with the text and, in front of it, the line ("line 12: ...").
+    static tl::expected<JsonText, QString> parse(const QByteArray& text);
+
+    JsonText(JsonText&&) noexcept;
+    JsonText& operator=(JsonText&&) noexcept;
+    ~JsonText();
+
+    const rapidjson::Value& root() const { return m_document; }
+    /// Line on which the object or array \p value begins, from 1; 0 for any other value.
+    int lineOf(const rapidjson::Value& value) const;
+
+    /// The text of \p value, without white space.
+    static QByteArray textOf(const rapidjson::Value& value);
+    static QString stringOf(const rapidjson::Value& value);
+    /// The member of that name; null when \p object is none or lacks it.
+    static const rapidjson::Value* member(const rapidjson::Value& object, const char* name);
+
+private:
+    JsonText();
+
+    rapidjson::Document m_document;
+    std::unordered_map<const rapidjson::Value*, int> m_lines;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "host/canvas/canvas.h"
+#include "host/hostexport.h"
+#include "scada/hub/canvasscadaactionmanagerinterface.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+/// An open page: the canvas and its tag actions, which go before it.
+struct KORVANE_HOST_EXPORT Page
+{
+    std::unique_ptr<Canvas> canvas;
+    std::unique_ptr<CanvasScadaActionManagerInterface> actions;
+    QString fileName;
+    /// What could not be loaded and what stands in its place, each with file, line and object.
+    QStringList problems;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "host/canvas/page.h"
+#include "host/hostexport.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <tl/expected.hpp>
+
+class CanvasScadaActionManagerFactoryInterface;
+class ScadaRuntimeInterface;
+
+/// Reads page files (.pws): JSON, a format and a version, layers of shapes, each with its actions.
+///
+/// A file as a whole is refused when it can't be read, is no page or of a newer version. Anything smaller that can't be
+/// loaded is a problem of the page: the object shows as a marked placeholder, the action does nothing, the value keeps its
+/// default; all of it stays in the file when the page is saved, as do members that are not known.
+class KORVANE_HOST_EXPORT PageReader
+{
+public:
+    static constexpr int version = 1;
+    static constexpr qint64 mostBytes = 64 * 1024 * 1024;
+
+    /// \param managers makes the page's action manager
+    /// \param runtime where tags that name nothing are looked up, for a problem each; null leaves them alone
+    explicit PageReader(CanvasScadaActionManagerFactoryInterface& managers, ScadaRuntimeInterface* runtime = nullptr)
+        : m_managers(managers), m_runtime(runtime)
+    {
+    }
+
+    /// The page in \p fileName, named after the file without its suffix. Not opened yet: its tags are not resolved.
+    tl::expected<Page, QString> readFile(const QString& fileName) const;
+    /// \param fileName stands in texts of errors and problems
+    tl::expected<Page, QString> read(const QByteArray& text, const QString& fileName) const;
+
+private:
+    CanvasScadaActionManagerFactoryInterface& m_managers;
+    ScadaRuntimeInterface* m_runtime;
+};

@@ -1,0 +1,216 @@
+#include "host/runtime/dataservice.h"
+
+#include "host/runtime/runtimedatabase.h"
+#include "host/runtime/runtimestore.h"
+#include "platform/data/valuemarks.h"
+#include "scada/hub/canvasscadaactionmanagerinterface.h"
+#include "scada/hub/korvanescadacoreinterface.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::chrono::milliseconds usualTick{50};
+constexpr std::chrono::milliseconds shortestTick{10};
+constexpr std::chrono::milliseconds longestTick{1000};
+constexpr int foldedPointsATick = 200; // keeps a tick short; what is not folded is in the journal
+
+constexpr qint32 unreliable = ValueMark::Invalid | ValueMark::Stale | ValueMark::CommunicationFailed;
+
+} // namespace
+
+DataService::DataService(RuntimeDatabase& database, KorvaneScadaCoreInterface& hub, QObject* parent)
+    : QObject(parent), m_database(database), m_hub(hub)
+{
+    m_timer.setTimerType(Qt::PreciseTimer);
+    m_timer.setInterval(usualTick);
+    connect(&m_timer, &QTimer::timeout, this, &DataService::tick);
+}
+
+DataService::~DataService() = default;
+
+qint64 DataService::nowMs() const
+{
+    return m_hub.currentTime().toMSecsSinceEpoch();
+}
+
+void DataService::addSource(std::unique_ptr<ValueSource> source)
+{
+    ValueSource* added = source.get();
+    m_sources.push_back(std::move(source));
+    connect(added, &ValueSource::delivered, this, &DataService::take);
+    connect(added, &ValueSource::problemFound, this, &DataService::problemFound);
+    connect(added, &ValueSource::stateChanged, this, [this, added] { heedSource(*added); });
+}
+
+void DataService::setTick(std::chrono::milliseconds tick)
+{
+    m_timer.setInterval(std::clamp(tick, shortestTick, longestTick));
+}
+
+void DataService::start()
+{
+    for (const auto& source : m_sources)
+        source->start(nowMs());
+    m_timer.start();
+}
+
+void DataService::stop()
+{
+    m_timer.stop();
+}
+
+void DataService::take(const std::vector<Sample>& samples)
+{
+    for (const Sample& sample : samples) {
+        if (!m_database.takeSample(sample)) {
+            ++m_figures.ignoredSamples;
+            continue;
+        }
+        ++m_figures.samples;
+        m_newestMs = std::max(m_newestMs, sample.timeMs);
+        note(sample.object);
+    }
+    if (m_store)
+        m_store->append(samples);
+}
+
+void DataService::note(ObjectKey object)
+{
+    if (Korvane::isPointObjectType(object.type))
+        m_newPoints.insert(static_cast<quint32>(object.id));
+    else if (std::find(m_newOthers.begin(), m_newOthers.end(), object) == m_newOthers.end())
+        m_newOthers.push_back(object);
+}
+
+void DataService::heedSource(ValueSource& source)
+{
+    const bool hasFailed = source.state() == ValueSource::State::Failed;
+    if (hasFailed)
+        Q_EMIT problemFound(QStringLiteral("%1: %2").arg(source.description(), source.failure()));
+    for (const ObjectKey object : source.objects()) {
+        if (!m_database.setCommunicationFailed(object, hasFailed, nowMs()))
+            continue;
+        note(object);
+        if (m_store)
+            m_store->appendCommunicationFailed(object, hasFailed, nowMs());
+    }
+    m_isFailed = !m_sources.empty() && std::all_of(m_sources.begin(), m_sources.end(), [](const auto& each) {
+        return each->state() == ValueSource::State::Failed;
+    });
+    if (!m_isFailed)
+        m_isFailureTold = false;
+}
+
+void DataService::tick()
+{
+    const qint64 now = nowMs();
+    for (const auto& source : m_sources)
+        source->advance(now);
+    for (const ObjectKey object : m_database.takeStale(now))
+        note(object);
+    send();
+    if (m_store) {
+        if (const auto committed = m_store->commit(now); !committed)
+            tellOnce(committed.error());
+        else if (const auto folded = m_store->fold(m_database, foldedPointsATick); !folded)
+            tellOnce(folded.error());
+    }
+    Q_EMIT ticked();
+}
+
+// A full disk fails with every tick: once is enough, until it fails for another reason.
+void DataService::tellOnce(const QString& problem)
+{
+    if (problem == m_toldProblem)
+        return;
+    m_toldProblem = problem;
+    Q_EMIT problemFound(problem);
+}
+
+void DataService::send()
+{
+    m_batch.points.clear();
+    m_batch.rtus.clear();
+    m_batch.channels.clear();
+    if (m_isFailed) {
+        if (m_isFailureTold)
+            return;
+        m_isFailureTold = true;
+    } else {
+        if (m_newPoints.empty())
+            return;
+        for (const quint32 id : m_newPoints) {
+            const auto signedId = static_cast<qint32>(id);
+            m_batch.points.emplace(id, m_database.presentRecord({Korvane::pointTypeOfId(signedId), signedId}));
+        }
+        m_newPoints.clear();
+        for (const ObjectKey object : m_newOthers) {
+            auto& records = object.type == Korvane::ScadaObjectType::RtuObject ? m_batch.rtus : m_batch.channels;
+            records.emplace(static_cast<quint32>(object.id), m_database.presentRecord(object));
+        }
+        m_newOthers.clear();
+        m_figures.newestSampleMs = m_newestMs;
+    }
+    ++m_figures.batches;
+    m_figures.records += m_batch.points.size() + m_batch.rtus.size() + m_batch.channels.size();
+    for (CanvasScadaActionManagerInterface* page : m_pages)
+        page->takeBatch(m_batch);
+    Q_EMIT batchSent();
+}
+
+void DataService::addPage(CanvasScadaActionManagerInterface* page)
+{
+    if (std::find(m_pages.begin(), m_pages.end(), page) == m_pages.end())
+        m_pages.push_back(page);
+}
+
+void DataService::removePage(CanvasScadaActionManagerInterface* page)
+{
+    m_pages.erase(std::remove(m_pages.begin(), m_pages.end(), page), m_pages.end());
+}
+
+std::vector<MwDataDepartment> DataService::presentRecords(const QList<ObjectKey>& objects) const
+{
+    std::vector<MwDataDepartment> batches;
+    MwDataDepartment present;
+    const auto add = [&](ObjectKey object) {
+        const QuorixData record = m_database.presentRecord(object);
+        const auto id = static_cast<quint32>(object.id);
+        if (Korvane::isPointObjectType(object.type))
+            present.points.emplace(id, record);
+        else if (object.type == Korvane::ScadaObjectType::RtuObject)
+            present.rtus.emplace(id, record);
+        else if (object.type == Korvane::ScadaObjectType::ChannelObject)
+            present.channels.emplace(id, record);
+    };
+    for (const ObjectKey object : objects)
+        add(object);
+    if (present.points.empty()) {
+        // Without a point it would say that the source has failed.
+        const auto points = m_database.objects(Korvane::ScadaObjectType::Point);
+        if (points.empty())
+            return batches;
+        add(points.front());
+    }
+    batches.push_back(std::move(present));
+    if (m_isFailed)
+        batches.emplace_back();
+    return batches;
+}
+
+int DataService::failedPoints() const
+{
+    int count = 0;
+    for (const ObjectKey object : m_database.objects(Korvane::ScadaObjectType::Point)) {
+        const QuorixData record = m_database.presentRecord(object);
+        const QuorixValue* quality = record.GetValue("quality");
+        count += quality && (quality->toInt32() & unreliable) ? 1 : 0;
+    }
+    return count;
+}
+
+QVariant DataService::historyValue(ObjectKey object, DataCode::DataField field)
+{
+    return m_database.historyValue(object, field);
+}

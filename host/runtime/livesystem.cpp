@@ -1,0 +1,207 @@
+#include "host/runtime/livesystem.h"
+
+#include "host/runtime/pointlist.h"
+#include "host/shapes/svgsymbol.h"
+#include "host/sources/recordingsource.h"
+#include "host/sources/simulationsource.h"
+#include "host/sources/streamsource.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace {
+
+std::vector<SourcePoint> sourcePoints(const RuntimeDatabase& database)
+{
+    using Korvane::ScadaObjectType;
+    std::vector<SourcePoint> points;
+    for (const ScadaObjectType family :
+         {ScadaObjectType::Point, ScadaObjectType::RtuObject, ScadaObjectType::ChannelObject}) {
+        for (const ObjectKey key : database.objects(family)) {
+            const RuntimeDatabase::Object* object = database.object(key);
+            points.push_back({key, object->name, object->address});
+        }
+    }
+    return points;
+}
+
+constexpr int standardInput = 0;
+
+} // namespace
+
+tl::expected<std::unique_ptr<LiveSystem>, QString> LiveSystem::open(const Options& options)
+{
+    const auto project = Project::read(options.folder);
+    if (!project)
+        return tl::make_unexpected(project.error());
+    std::unique_ptr<LiveSystem> system(new LiveSystem(*project, options));
+    if (const auto loaded = system->loadPoints(); !loaded)
+        return tl::make_unexpected(loaded.error());
+    QString address = options.source;
+    if (address.isEmpty())
+        address = project->source.isEmpty() ? QStringLiteral("simulation") : project->source;
+    if (const auto opened = system->openSource(address); !opened)
+        return tl::make_unexpected(opened.error());
+    if (options.isStored && !system->m_replay)
+        system->openStore();
+    if (!system->m_core.scadaCoreInterface()->open())
+        return tl::make_unexpected(QStringLiteral("the service hub lacks a service")); // a defect of this class
+    return system;
+}
+
+LiveSystem::LiveSystem(const Project& project, const Options& options)
+    : m_project(project),
+      m_machineClock(options.machineClock ? options.machineClock : &QDateTime::currentMSecsSinceEpoch),
+      m_core([this] { return QDateTime::fromMSecsSinceEpoch(nowMs(), Qt::UTC); }),
+      m_dataService(m_database, *m_core.scadaCoreInterface()),
+      m_managers(m_core.scadaCoreInterface()),
+      m_pages(m_project, *m_core.scadaCoreInterface())
+{
+    KorvaneScadaCoreInterface& hub = *m_core.scadaCoreInterface();
+    hub.setScadaRuntime(&m_database);
+    hub.setDataServiceInterface(&m_dataService);
+    hub.setAppPropertyManager(&m_properties);
+    hub.setCanvasActionManagerFactory(&m_managers);
+    m_core.setCanvasManager(&m_pages);
+    m_managers.setPresentRecords([this](const auto& objects) { return m_dataService.presentRecords(objects); });
+    m_database.setClock([this] { return nowMs(); });
+    if (!m_project.timeZone.isEmpty())
+        m_database.setTimeZone(QTimeZone(m_project.timeZone.toLatin1()));
+    PointDirectory::registerDirectory(&m_database);
+    SvgSymbol::setSearchPaths({m_project.symbolFolder()});
+
+    m_dataService.setTick(m_project.tick);
+    connect(&m_dataService, &DataService::problemFound, this, &LiveSystem::addProblem);
+    connect(&m_pages, &CanvasManager::aboutToClose, this,
+            [this](Page* page) { m_dataService.removePage(page->actions.get()); });
+    connect(&m_properties, &PropertyManager::valueChanged, this, [this](const QString& name, const QVariant& value) {
+        for (const auto& page : m_pages.pages())
+            page->actions->takeProperty(name, value);
+    });
+    m_properties.setValue(QStringLiteral("Project"), m_project.name);
+    m_blink.setInterval(halfBlink);
+    connect(&m_blink, &QTimer::timeout, this, [this] {
+        for (const auto& page : m_pages.pages()) {
+            if (page->actions->isShown())
+                page->actions->timeOut();
+        }
+    });
+}
+
+LiveSystem::~LiveSystem()
+{
+    m_core.scadaCoreInterface()->close();
+    m_dataService.stop();
+    while (!m_pages.pages().empty())
+        m_pages.close(m_pages.pages().back()->canvas->canvasName());
+}
+
+qint64 LiveSystem::nowMs() const
+{
+    return m_replay ? m_replay->nowMs() : m_machineClock();
+}
+
+void LiveSystem::addProblem(const QString& text)
+{
+    m_problems.append(text);
+    Q_EMIT problemFound(text);
+}
+
+tl::expected<void, QString> LiveSystem::loadPoints()
+{
+    const auto list = PointList::read(m_project.pointFile());
+    if (!list)
+        return tl::make_unexpected(list.error());
+    for (const QString& problem : list->problems)
+        addProblem(problem);
+    m_database.reserve(Korvane::ScadaObjectType::Point, list->objects.size());
+    for (const RuntimeDatabase::Object& object : list->objects) {
+        if (const auto added = m_database.add(object); !added)
+            addProblem(QStringLiteral("%1: %2").arg(m_project.pointFile(), added.error()));
+    }
+    return {};
+}
+
+tl::expected<void, QString> LiveSystem::openSource(const QString& text)
+{
+    const auto address = SourceAddress::parse(text);
+    if (!address)
+        return tl::make_unexpected(QStringLiteral("source \"%1\": %2").arg(text, address.error()));
+    const std::vector<SourcePoint> points = sourcePoints(m_database);
+    RecordingOptions options;
+    options.times = address->times;
+    options.isLooped = address->isLooped;
+    options.map = address->map;
+    options.zone =
+        m_project.timeZone.isEmpty() ? QTimeZone::systemTimeZone() : QTimeZone(m_project.timeZone.toLatin1());
+    switch (address->kind) {
+    case SourceAddress::Kind::Simulation:
+        m_dataService.addSource(std::make_unique<SimulationSource>(address->seed, points));
+        return {};
+    case SourceAddress::Kind::StandardInput:
+        m_dataService.addSource(
+            std::make_unique<StreamSource>(standardInput, points, options, [this] { return nowMs(); }));
+        return {};
+    case SourceAddress::Kind::Recording:
+        break;
+    }
+    // The project's own source lies in the project, one from the command line where its author is.
+    const QString file = m_project.source == text ? m_project.path(address->file) : address->file;
+    if (!QFileInfo(file).isFile())
+        return tl::make_unexpected(QStringLiteral("%1: there is no such recording").arg(file));
+    auto recording = std::make_unique<RecordingSource>(file, points, options);
+    if (!recording->firstTimeMs())
+        return tl::make_unexpected(QStringLiteral("%1: has no row that could be played").arg(file));
+    m_replay.emplace(address->times == SourceAddress::Times::Row ? *recording->firstTimeMs() : m_machineClock(),
+                     address->speed, m_machineClock);
+    m_dataService.addSource(std::move(recording));
+    return {};
+}
+
+// Without the file the system runs as well: what it would keep is lost at its end.
+void LiveSystem::openStore()
+{
+    const QString lost = QStringLiteral("; statistics are not kept beyond the end of this program");
+    if (const auto opened = m_store.open(m_project.databaseFile()); !opened) {
+        addProblem(opened.error() + lost);
+        return;
+    }
+    std::vector<RuntimeDatabase::Object> points;
+    for (const ObjectKey key : m_database.objects(Korvane::ScadaObjectType::Point))
+        points.push_back(*m_database.object(key));
+    if (const auto imported = m_store.importPoints(points); !imported) {
+        addProblem(imported.error() + lost);
+        m_store.close();
+        return;
+    }
+    for (const QString& problem : m_store.load(m_database))
+        addProblem(problem);
+    m_dataService.setStore(&m_store);
+}
+
+QString LiveSystem::sourceDescription() const
+{
+    QStringList descriptions;
+    for (const auto& source : m_dataService.sources())
+        descriptions.append(source->description());
+    return descriptions.join(QStringLiteral(", "));
+}
+
+void LiveSystem::start()
+{
+    m_dataService.start();
+    m_blink.start();
+}
+
+tl::expected<Page*, QString> LiveSystem::openPage(const QString& name)
+{
+    auto page = m_pages.open(name);
+    if (!page)
+        return page;
+    m_dataService.addPage((*page)->actions.get());
+    for (const QString& problem : (*page)->problems)
+        addProblem(problem);
+    return page;
+}

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "host/actions/canvasactionmanagerfactory.h"
+#include "host/canvas/canvasmanager.h"
+#include "host/core/korvanecore.h"
+#include "host/core/project.h"
+#include "host/core/propertymanager.h"
+#include "host/core/replayclock.h"
+#include "host/hostexport.h"
+#include "host/runtime/dataservice.h"
+#include "host/runtime/runtimedatabase.h"
+#include "host/runtime/runtimestore.h"
+#include "host/sources/sourceaddress.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+#include <tl/expected.hpp>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// A project at work: its points, its sources, the services that pages need, and its pages.
+///
+/// The system's clock is the machine's, or, while a recording plays, the recording's: samples then have the times at
+/// which they were taken, and everything that reads the clock sees that time. What happens then is no history of this
+/// plant, so only a system on the machine's clock keeps its statistics in the project's database file.
+class KORVANE_HOST_EXPORT LiveSystem : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(LiveSystem)
+
+public:
+    struct Options
+    {
+        QString folder; ///< of the project
+        /// Where values come from; relative files as seen from the working folder. Empty for the project's own source.
+        QString source = {};
+        /// Where the machine's time comes from, milliseconds since 1970-01-01 UTC; the machine's clock unless given.
+        std::function<qint64()> machineClock = {};
+        /// Whether statistics are kept in the project's database file.
+        bool isStored = true;
+    };
+
+    /// Half a period of blinking shapes.
+    static constexpr std::chrono::milliseconds halfBlink{500};
+
+    /// \returns why the project can't be run at all; what can be done without is a problem.
+    static tl::expected<std::unique_ptr<LiveSystem>, QString> open(const Options& options);
+    ~LiveSystem() override;
+
+    /// Starts sources, ticks and blinking.
+    void start();
+
+    const Project& project() const { return m_project; }
+    RuntimeDatabase& database() { return m_database; }
+    DataService& dataService() { return m_dataService; }
+    CanvasManager& pages() { return m_pages; }
+    PropertyManager& properties() { return m_properties; }
+    KorvaneCore& core() { return m_core; }
+    QString sourceDescription() const;
+    /// How much faster than the machine's clock the system's runs.
+    double speed() const { return m_replay ? m_replay->speed() : 1; }
+    /// The system's time, milliseconds since 1970-01-01 UTC.
+    qint64 nowMs() const;
+
+    /// What went wrong so far without stopping the system, oldest first.
+    const QStringList& problems() const { return m_problems; }
+    /// Opens a page and connects it to the data service.
+    tl::expected<Page*, QString> openPage(const QString& name);
+
+Q_SIGNALS:
+    void problemFound(const QString& text);
+
+private:
+    LiveSystem(const Project& project, const Options& options);
+
+    tl::expected<void, QString> loadPoints();
+    tl::expected<void, QString> openSource(const QString& address);
+    void openStore();
+    void addProblem(const QString& text);
+
+    Project m_project;
+    std::function<qint64()> m_machineClock;
+    std::optional<ReplayClock> m_replay;
+    QStringList m_problems;
+    RuntimeDatabase m_database;
+    RuntimeStore m_store;
+    PropertyManager m_properties;
+    KorvaneCore m_core;
+    DataService m_dataService;
+    CanvasActionManagerFactory m_managers;
+    CanvasManager m_pages;
+    QTimer m_blink;
+};

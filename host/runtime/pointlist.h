@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host/hostexport.h"
+#include "host/runtime/runtimedatabase.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <tl/expected.hpp>
+
+#include <vector>
+
+/// Reads lists of points: files of separated text, one object a line, that a spreadsheet can edit.
+///
+/// UTF-8, separated by comma, semicolon or tab, with a header line that names the columns in any order and case:
+///
+/// | column                           | meaning                                                                      |
+/// |----------------------------------|------------------------------------------------------------------------------|
+/// | id                               | digital 100001 to 199999, analog 200001 to 2999999, unit and line from 1     |
+/// | name                             | one that tags can reach (Korvane::isAddressableName)                         |
+/// | kind                             | digital, analog, unit or line                                                |
+/// | description, display_name        | texts                                                                        |
+/// | station, unit, address           | texts                                                                        |
+/// | low_low, low, high, high_high    | limits, with low_low <= low < high <= high_high; empty for none              |
+/// | hysteresis                       | 0 or more                                                                    |
+/// | decimals                         | 0 to 15; empty for as many as needed                                         |
+/// | scale_low, scale_high            | range of bars and scales, low not above high                                 |
+/// | states                           | texts of the states from 0 on, joined by bars: Closed&#124;Open              |
+/// | abnormal_state                   | number of a state                                                            |
+/// | stale_after                      | seconds, fractions allowed; empty or 0 for ever                              |
+///
+/// The first three are needed. Where the separator is no comma, numbers may have a decimal comma.
+namespace PointList {
+
+struct Result
+{
+    std::vector<RuntimeDatabase::Object> objects; ///< in the order of the file; RuntimeDatabase takes each of them
+    /// One text for each line that was left out and each column of the header that has no meaning, with file, line and
+    /// whatever is known of column and object.
+    QStringList problems;
+};
+
+/// Reads the list at \p path; a bad line is left out and told, the rest is read.
+/// \returns the reason, naming the file, when there is no such file, it is no regular one, it cannot be read, or its
+/// header lacks a needed column.
+[[nodiscard]] KORVANE_HOST_EXPORT tl::expected<Result, QString> read(const QString& path);
+
+} // namespace PointList

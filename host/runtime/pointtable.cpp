@@ -1,0 +1,180 @@
+#include "host/runtime/journalrow_p.h"
+#include "host/runtime/pointtable_p.h"
+#include "host/runtime/sql_p.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStringList>
+
+#include <cmath>
+#include <iterator>
+#include <limits>
+
+#include <tsl/robin_map.h>
+
+namespace {
+
+using Object = RuntimeDatabase::Object;
+
+/// A column, and how an object's part goes into it and comes back.
+struct Column
+{
+    const char* name;
+    const char* type;
+    QVariant (*get)(const Object& object);
+    void (*set)(Object& object, const QVariant& value);
+};
+
+template <auto member>
+constexpr Column textColumn(const char* name)
+{
+    return {name, "TEXT", [](const Object& object) { return QVariant(object.*member); },
+            [](Object& object, const QVariant& value) { object.*member = value.toString(); }};
+}
+
+/// NaN is stored as NULL.
+template <auto member>
+constexpr Column realColumn(const char* name)
+{
+    return {name, "REAL",
+            [](const Object& object) {
+                return std::isnan(object.*member) ? QVariant(QVariant::Double) : QVariant(object.*member);
+            },
+            [](Object& object, const QVariant& value) {
+                object.*member = value.isNull() ? std::numeric_limits<double>::quiet_NaN() : value.toDouble();
+            }};
+}
+
+template <auto member>
+constexpr Column numberColumn(const char* name)
+{
+    return {name, "INTEGER", [](const Object& object) { return QVariant(object.*member); },
+            [](Object& object, const QVariant& value) { object.*member = value.toInt(); }};
+}
+
+QVariant statesText(const Object& object)
+{
+    if (object.states.isEmpty())
+        return QVariant(QVariant::String);
+    const QJsonDocument json(QJsonArray::fromStringList(object.states));
+    return QString::fromUtf8(json.toJson(QJsonDocument::Compact));
+}
+
+void setStates(Object& object, const QVariant& value)
+{
+    object.states.clear();
+    const QJsonArray states = QJsonDocument::fromJson(value.toString().toUtf8()).array();
+    for (const QJsonValue& state : states)
+        object.states.append(state.toString());
+}
+
+constexpr Column columns[] = {
+    {"kind", "INTEGER NOT NULL", [](const Object& object) { return QVariant(static_cast<int>(object.type)); },
+     [](Object& object, const QVariant& value) { object.type = Korvane::ScadaObjectType(value.toInt()); }},
+    numberColumn<&Object::id>("id"),
+    textColumn<&Object::name>("name"),
+    textColumn<&Object::station>("station"),
+    textColumn<&Object::description>("description"),
+    textColumn<&Object::displayName>("display_name"),
+    realColumn<&Object::lowLow>("low_low"),
+    realColumn<&Object::low>("low"),
+    realColumn<&Object::high>("high"),
+    realColumn<&Object::highHigh>("high_high"),
+    realColumn<&Object::hysteresis>("hysteresis"),
+    textColumn<&Object::unit>("unit"),
+    numberColumn<&Object::decimals>("decimals"),
+    realColumn<&Object::scaleLow>("scale_low"),
+    realColumn<&Object::scaleHigh>("scale_high"),
+    {"states", "TEXT", statesText, setStates},
+    numberColumn<&Object::abnormalState>("abnormal_state"),
+    {"stale_after_ms", "INTEGER", [](const Object& object) { return QVariant(qlonglong(object.staleAfter.count())); },
+     [](Object& object, const QVariant& value) { object.staleAfter = std::chrono::milliseconds(value.toLongLong()); }},
+    textColumn<&Object::address>("address"),
+};
+
+/// The columns' names, each behind \p prefix.
+QString names(const char* prefix)
+{
+    QStringList list{QLatin1String(prefix) + QLatin1String("place")};
+    for (const Column& column : columns)
+        list.append(QLatin1String(prefix) + QLatin1String(column.name));
+    return list.join(QLatin1String(", "));
+}
+
+/// Inserts a row, or replaces one that is not the same.
+QString insertion()
+{
+    QStringList changes{QStringLiteral("place = excluded.place")};
+    for (const Column& column : columns)
+        changes.append(QStringLiteral("%1 = excluded.%1").arg(QLatin1String(column.name)));
+    return QStringLiteral("INSERT INTO points (object, %1) VALUES (?%2) ON CONFLICT (object) DO UPDATE SET %3 "
+                          "WHERE (%4) IS NOT (%5)")
+        .arg(names(""), QStringLiteral(", ?").repeated(int(std::size(columns)) + 1), changes.join(QLatin1String(", ")),
+             names("points."), names("excluded."));
+}
+
+} // namespace
+
+tl::expected<void, QString> createPointTable(QSqlDatabase& database)
+{
+    QString text = QStringLiteral("CREATE TABLE points (object INTEGER PRIMARY KEY, place INTEGER NOT NULL");
+    for (const Column& column : columns)
+        text += QStringLiteral(", %1 %2").arg(QLatin1String(column.name), QLatin1String(column.type));
+    return execute(database, text + QLatin1Char(')'));
+}
+
+tl::expected<void, QString> writePoints(QSqlDatabase& database, const std::vector<Object>& points)
+{
+    tsl::robin_map<qint64, bool> leaving;
+    QSqlQuery known(database);
+    known.setForwardOnly(true);
+    if (!known.exec(QStringLiteral("SELECT object FROM points")))
+        return tl::make_unexpected(reasonOf(known));
+    while (known.next())
+        leaving[known.value(0).toLongLong()] = true;
+
+    QSqlQuery insert(database);
+    if (!insert.prepare(insertion()))
+        return tl::make_unexpected(reasonOf(insert));
+    qlonglong place = 0;
+    for (const Object& object : points) {
+        const auto key = qint64(storedKey({object.type, object.id}));
+        leaving.erase(key);
+        int bound = 0;
+        insert.bindValue(bound++, key);
+        insert.bindValue(bound++, place++);
+        for (const Column& column : columns)
+            insert.bindValue(bound++, column.get(object));
+        if (!insert.exec())
+            return tl::make_unexpected(reasonOf(insert));
+    }
+
+    QSqlQuery remove(database);
+    if (!remove.prepare(QStringLiteral("DELETE FROM points WHERE object = ?")))
+        return tl::make_unexpected(reasonOf(remove));
+    for (const auto& [key, isLeaving] : leaving) {
+        remove.bindValue(0, key);
+        if (!remove.exec())
+            return tl::make_unexpected(reasonOf(remove));
+    }
+    return {};
+}
+
+tl::expected<std::vector<Object>, QString> readPoints(const QSqlDatabase& database)
+{
+    std::vector<Object> points;
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT %1 FROM points ORDER BY place").arg(names(""))))
+        return tl::make_unexpected(reasonOf(query));
+    while (query.next()) {
+        Object object;
+        int column = 1; // behind the place
+        for (const Column& each : columns)
+            each.set(object, query.value(column++));
+        points.push_back(std::move(object));
+    }
+    if (query.lastError().isValid())
+        return tl::make_unexpected(reasonOf(query));
+    return points;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QString>
+#include <QVariant>
+
+#include <tl/expected.hpp>
+
+/// The database's own words for what went wrong.
+inline QString reasonOf(const QSqlError& error)
+{
+    return error.databaseText().isEmpty() ? error.text() : error.databaseText();
+}
+inline QString reasonOf(const QSqlQuery& query)
+{
+    return reasonOf(query.lastError());
+}
+
+inline tl::expected<void, QString> execute(QSqlDatabase& database, const QString& text)
+{
+    QSqlQuery query(database);
+    if (!query.exec(text))
+        return tl::make_unexpected(reasonOf(query));
+    return {};
+}
+
+/// The one value that a query answers.
+inline tl::expected<QVariant, QString> ask(const QSqlDatabase& database, const QString& text)
+{
+    QSqlQuery query(database);
+    if (!query.exec(text) || !query.next())
+        return tl::make_unexpected(reasonOf(query));
+    return query.value(0);
+}
+
+/// A transaction that is taken back unless it is committed.
+class Transaction
+{
+public:
+    explicit Transaction(QSqlDatabase& database) : m_database(database), m_isOpen(database.transaction()) {}
+    ~Transaction()
+    {
+        if (m_isOpen)
+            m_database.rollback();
+    }
+    Q_DISABLE_COPY(Transaction)
+
+    tl::expected<void, QString> commit()
+    {
+        if (!m_isOpen || !m_database.commit())
+            return tl::make_unexpected(reasonOf(m_database.lastError()));
+        m_isOpen = false;
+        return {};
+    }
+
+private:
+    QSqlDatabase& m_database;
+    bool m_isOpen;
+};

@@ -1,0 +1,3 @@
+#include "platform/core/kvcanvasinterface.h"
+
+KVCanvasInterface::~KVCanvasInterface() = default;

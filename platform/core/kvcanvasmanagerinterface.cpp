@@ -1,0 +1,3 @@
+#include "platform/core/kvcanvasmanagerinterface.h"
+
+KVCanvasManagerInterface::~KVCanvasManagerInterface() = default;

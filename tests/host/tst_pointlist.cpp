@@ -1,0 +1,285 @@
+#include "host/runtime/pointlist.h"
+
+#include "tests/support/temporaryfiles.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <cmath>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
+using Korvane::ScadaObjectType;
+using Object = RuntimeDatabase::Object;
+
+class tst_PointList : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsEveryColumn()
+    {
+        const auto list =
+            read("\xEF\xBB\xBF# a comment\r\n"
+                 "ID;Name;Kind;unit;description;display_name;station;low_low;low;high;high_high;hysteresis;"
+                 "decimals;scale_low;scale_high;states;abnormal_state;stale_after;address\r\n"
+                 "200001;P101.FLOW;analog;l/min;\"Flow; \"\"main\"\"\";Flow;Loop;-1,5;0;100;150.5;2,5;1;"
+                 "-10;200;;;2,5;Volume Flow\r\n"
+                 "\r\n"
+                 "100001;V101;Digital;;;;;;;;;;;;;Closed|Open;0;;\r\n"
+                 "7;RTU1;unit;;;;;;;;;;;;;Down|Up;1;;\r\n"
+                 "7;LINE1;line;;;;;;;;;;;;;;;;\r\n");
+        QVERIFY2(list, list ? "" : qPrintable(list.error()));
+        QCOMPARE(list->problems, QStringList());
+        QCOMPARE(list->objects.size(), std::size_t(4));
+
+        const Object& flow = list->objects[0];
+        QCOMPARE(flow.type, ScadaObjectType::AnalogPoint);
+        QCOMPARE(flow.id, 200001);
+        QCOMPARE(flow.name, QStringLiteral("P101.FLOW"));
+        QCOMPARE(flow.unit, QStringLiteral("l/min"));
+        QCOMPARE(flow.description, QStringLiteral("Flow; \"main\""));
+        QCOMPARE(flow.displayName, QStringLiteral("Flow"));
+        QCOMPARE(flow.station, QStringLiteral("Loop"));
+        QCOMPARE(flow.lowLow, -1.5);
+        QCOMPARE(flow.low, 0.0);
+        QCOMPARE(flow.high, 100.0);
+        QCOMPARE(flow.highHigh, 150.5);
+        QCOMPARE(flow.hysteresis, 2.5);
+        QCOMPARE(flow.decimals, 1);
+        QCOMPARE(flow.scaleLow, -10.0);
+        QCOMPARE(flow.scaleHigh, 200.0);
+        QCOMPARE(flow.staleAfter.count(), qint64(2500));
+        QCOMPARE(flow.address, QStringLiteral("Volume Flow"));
+
+        const Object& valve = list->objects[1];
+        QCOMPARE(valve.type, ScadaObjectType::DigitalPoint);
+        QCOMPARE(valve.states, (QStringList{QStringLiteral("Closed"), QStringLiteral("Open")}));
+        QCOMPARE(valve.abnormalState, 0);
+        QVERIFY(std::isnan(valve.low) && std::isnan(valve.highHigh));
+        QCOMPARE(valve.decimals, -1);
+        QCOMPARE(valve.staleAfter.count(), qint64(0));
+        QCOMPARE(list->objects[2].type, ScadaObjectType::RtuObject);
+        QCOMPARE(list->objects[3].type, ScadaObjectType::ChannelObject);
+        QCOMPARE(list->objects[3].abnormalState, -1);
+    }
+
+    void threeColumnsAreEnough_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("commas") << QByteArray("id,name,kind\n200001,FLOW,analog\n");
+        QTest::newRow("semicolons, no last line end") << QByteArray("id;name;kind\n200001;FLOW;analog");
+        QTest::newRow("tabs in another order") << QByteArray("kind\tid\tname\nanalog\t200001\tFLOW\n");
+        QTest::newRow("padded by a spreadsheet") << QByteArray("id,name,kind,,\n200001,FLOW,analog,,\n");
+    }
+
+    void threeColumnsAreEnough()
+    {
+        QFETCH(QByteArray, bytes);
+        const auto list = read(bytes);
+        QVERIFY(list);
+        QCOMPARE(list->problems, QStringList());
+        QCOMPARE(list->objects.size(), std::size_t(1));
+        QCOMPARE(list->objects[0].name, QStringLiteral("FLOW"));
+    }
+
+    void aBadLineIsToldAndLeftOut_data()
+    {
+        QTest::addColumn<QByteArray>("columns");
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QString>("problem"); // behind the file's name
+        const auto row = [](const char* name, const char* columns, const char* line, const char* problem) {
+            QTest::newRow(name) << QByteArray(columns) << QByteArray(line) << QString::fromUtf8(problem);
+        };
+        row("a bad number", "high", "200002,P,analog,1o",
+            ", line 3, column 4 (high), object \"P\": \"1o\" is no number");
+        row("no number at all", "low", "200002,P,analog,nan",
+            ", line 3, column 4 (low), object \"P\": \"nan\" is no number");
+        row("a decimal comma where commas separate", "low", "200002,P,analog,\"1,5\"",
+            ", line 3, column 4 (low), object \"P\": \"1,5\" is no number");
+        row("a digital id of an analog point", "unit", "100001,P,analog,",
+            ", line 3, column 1 (id), object \"P\": \"100001\" is no id of kind analog: 200001 to 2999999");
+        row("an analog id above its range", "unit", "3000000,P,analog,",
+            ", line 3, column 1 (id), object \"P\": \"3000000\" is no id of kind analog: 200001 to 2999999");
+        row("a digital id above its range", "unit", "200000,P,digital,",
+            ", line 3, column 1 (id), object \"P\": \"200000\" is no id of kind digital: 100001 to 199999");
+        row("a unit without a number", "unit", "0,P,unit,",
+            ", line 3, column 1 (id), object \"P\": \"0\" is no id of kind unit: from 1 on");
+        row("no id", "unit", ",P,line,",
+            ", line 3, column 1 (id), object \"P\": \"\" is no id of kind line: from 1 on");
+        row("a broken id", "unit", "200002.5,P,analog,",
+            ", line 3, column 1 (id), object \"P\": \"200002.5\" is no id of kind analog: 200001 to 2999999");
+        row("an unknown kind", "unit", "200002,P,analogue,",
+            ", line 3, column 3 (kind), object \"P\": \"analogue\" is no kind: digital, analog, unit or line");
+        row("an id that is taken", "unit", "200001,P,analog,",
+            ", line 3, column 1 (id), object \"P\": line 2 has this id already");
+        row("a name that is taken", "unit", "200002,FIRST,analog,",
+            ", line 3, column 2 (name), object \"FIRST\": line 2 has this name already");
+        row("a name that a point of another kind has", "unit", "100001,FIRST,digital,",
+            ", line 3, column 2 (name), object \"FIRST\": line 2 has this name already");
+        row("no name", "unit", "200002,,analog,",
+            ", line 3, column 2 (name): no tag could reach this name: it is empty, a number, \"#\" with an id, begins "
+            "with \"@\" or ends in \":\" and a field");
+        row("a number as a name", "unit", "200002,12,analog,",
+            ", line 3, column 2 (name), object \"12\": no tag could reach this name: it is empty, a number, \"#\" with "
+            "an "
+            "id, begins with \"@\" or ends in \":\" and a field");
+        row("low_low above low", "low_low,low", "200002,P,analog,2,1",
+            ", line 3, object \"P\": low_low 2 must not be above low 1");
+        row("low at high", "low,high", "200002,P,analog,1,1", ", line 3, object \"P\": low 1 must be below high 1");
+        row("high above high_high", "high,high_high", "200002,P,analog,2,1",
+            ", line 3, object \"P\": high 2 must not be above high_high 1");
+        row("low_low at high_high, no others", "low_low,high_high", "200002,P,analog,1,1",
+            ", line 3, object \"P\": low_low 1 must be below high_high 1");
+        row("low_low at high without low", "low_low,high", "200002,P,analog,3,1",
+            ", line 3, object \"P\": low_low 3 must be below high 1");
+        row("low at high_high without high", "low,high_high", "200002,P,analog,3,1",
+            ", line 3, object \"P\": low 3 must be below high_high 1");
+        row("a scale upside down", "scale_low,scale_high", "200002,P,analog,3,1",
+            ", line 3, object \"P\": scale_low 3 must not be above scale_high 1");
+        row("negative hysteresis", "hysteresis", "200002,P,analog,-1",
+            ", line 3, column 4 (hysteresis), object \"P\": the hysteresis is negative");
+        row("too many decimals", "decimals", "200002,P,analog,16",
+            ", line 3, column 4 (decimals), object \"P\": \"16\" is no whole number from 0 to 15");
+        row("a state that is none", "states,abnormal_state", "100001,P,digital,Off|On,2",
+            ", line 3, column 5 (abnormal_state), object \"P\": \"2\" is no whole number from 0 to 1");
+        row("negative seconds", "stale_after", "200002,P,analog,-1",
+            ", line 3, column 4 (stale_after), object \"P\": \"-1\" is not within 0 to 1000000000 seconds");
+        row("a column too few", "unit", "200002,P,analog",
+            ", line 3, object \"P\": the line has 3 columns, the header 4");
+        row("a column too many", "unit", "200002,P,analog,bar,1",
+            ", line 3, object \"P\": the line has 5 columns, the header 4");
+        row("one field", "unit", "200002", ", line 3: the line has 1 columns, the header 4");
+        row("no UTF-8", "unit",
+            "200002,P,analog,\xB0"
+            "C",
+            ", line 3, column 4 (unit), object \"P\": \"\xEF\xBF\xBD"
+            "C\" is not UTF-8");
+        row("text behind a quote", "unit", "200002,\"P\"Q,analog,", ", line 3: text stands behind a closing quote");
+    }
+
+    void aBadLineIsToldAndLeftOut()
+    {
+        QFETCH(QByteArray, columns);
+        QFETCH(QByteArray, line);
+        QFETCH(QString, problem);
+        const QByteArray none(columns.count(','), ',');
+        const auto list = read("id,name,kind," + columns + "\n200001,FIRST,analog," + none + "\n" + line +
+                               "\n200009,LAST,analog," + none + "\n");
+        QVERIFY(list);
+        QCOMPARE(list->problems, QStringList{m_files.path(QStringLiteral("points.csv")) + problem});
+        QCOMPARE(list->objects.size(), std::size_t(2));
+        QCOMPARE(list->objects[1].name, QStringLiteral("LAST"));
+    }
+
+    void limitsMayBeEqualWhereNothingLiesBetween()
+    {
+        const auto list = read("id,name,kind,low_low,low,high,high_high\n200001,P,analog,1,1,2,2\n");
+        QVERIFY(list);
+        QCOMPARE(list->problems, QStringList());
+    }
+
+    void aLineThatIsLeftOutTakesNeitherIdNorName()
+    {
+        const auto list = read("id,name,kind,low\n200001,P,analog,x\n200001,P,analog,1\n");
+        QVERIFY(list);
+        QCOMPARE(list->problems.size(), 1);
+        QCOMPARE(list->objects.size(), std::size_t(1));
+    }
+
+    void pointsUnitsAndLinesShareNothing()
+    {
+        const auto list = read("id,name,kind\n200001,A,analog\n200001,A,unit\n200001,A,line\n");
+        QVERIFY(list);
+        QCOMPARE(list->problems, QStringList());
+        QCOMPARE(list->objects.size(), std::size_t(3));
+    }
+
+    void columnsWithoutMeaningAreToldOnce()
+    {
+        const auto list = read("id,name,kind,colour,unit,unit\n200001,P,analog,red,bar,mbar\n200002,Q,analog,red,,\n");
+        QVERIFY(list);
+        const QString path = m_files.path(QStringLiteral("points.csv"));
+        QCOMPARE(list->problems,
+                 (QStringList{
+                     path + QStringLiteral(
+                                ", line 1, column 4 (colour): a list of points has no such column, it is ignored"),
+                     path + QStringLiteral(", line 1, column 6 (unit): the column comes twice, this one is ignored")}));
+        QCOMPARE(list->objects.size(), std::size_t(2));
+        QCOMPARE(list->objects[0].unit, QStringLiteral("bar"));
+    }
+
+    void withoutAHeaderThereIsNoList_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("an empty file") << QByteArray() << QStringLiteral(": has no header line");
+        QTest::newRow("comments alone") << QByteArray("# id,name,kind\n\n") << QStringLiteral(": has no header line");
+        QTest::newRow("no header") << QByteArray("200001,P,analog\n")
+                                   << QStringLiteral(
+                                          ", line 1: the header names no column \"id\"; needed are id, name and kind");
+        QTest::newRow("a column missing")
+            << QByteArray("id,name\n")
+            << QStringLiteral(", line 1: the header names no column \"kind\"; needed are id, name and kind");
+        QTest::newRow("a broken header") << QByteArray("\"id,name,kind\n")
+                                         << QStringLiteral(", line 1: a quote is not closed");
+    }
+
+    void withoutAHeaderThereIsNoList()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, problem);
+        const auto list = read(bytes);
+        QVERIFY(!list);
+        QCOMPARE(list.error(), m_files.path(QStringLiteral("points.csv")) + problem);
+    }
+
+    void refusesWhatIsNoFile()
+    {
+        const QString missing = m_files.path(QStringLiteral("missing.csv"));
+        QCOMPARE(PointList::read(missing).error(), missing + QStringLiteral(": there is no such file"));
+        const QString folder = m_files.path({});
+        QCOMPARE(PointList::read(folder).error(), folder + QStringLiteral(": is no regular file"));
+#ifdef Q_OS_UNIX
+        const QString pipe = m_files.path(QStringLiteral("pipe"));
+        QCOMPARE(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+        QCOMPARE(PointList::read(pipe).error(), pipe + QStringLiteral(": is no regular file"));
+#endif
+    }
+
+    void theDatabaseTakesAHundredThousand()
+    {
+        QByteArray bytes = "id,name,kind,unit,description,display_name,station,low_low,low,high,high_high,hysteresis,"
+                           "decimals,scale_low,scale_high,states,abnormal_state,stale_after,address\n";
+        for (int i = 0; i < 100000; ++i) {
+            bytes += QStringLiteral("%1,STATION_%2.POINT_%1,analog,bar,Pressure behind pump %2,Pressure,Station %2,-1,"
+                                    "0,10.5,12.25,0.5,2,-5,20,,,10,column %1\n")
+                         .arg(200001 + i)
+                         .arg(i % 100)
+                         .toUtf8();
+        }
+        QElapsedTimer timer;
+        timer.start();
+        const auto list = read(bytes);
+        qInfo("read in %lld ms", timer.elapsed());
+        QVERIFY(list);
+        QCOMPARE(list->problems, QStringList());
+        RuntimeDatabase database;
+        for (const Object& object : list->objects)
+            QVERIFY(database.add(object));
+        QCOMPARE(database.count(ScadaObjectType::Point), std::size_t(100000));
+    }
+
+private:
+    tl::expected<PointList::Result, QString> read(const QByteArray& bytes) const
+    {
+        return PointList::read(m_files.write(QStringLiteral("points.csv"), bytes));
+    }
+
+    TemporaryFiles m_files;
+};
+
+QTEST_APPLESS_MAIN(tst_PointList)
+#include "tst_pointlist.moc"
