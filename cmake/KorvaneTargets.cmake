@@ -23,7 +23,9 @@ function(korvane_compile_options target)
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wold-style-cast
         -Wimplicit-fallthrough $<$<BOOL:${KORVANE_WARNINGS_AS_ERRORS}>:-Werror>)
     if(KORVANE_SANITIZERS)
-        target_compile_options(${target} PRIVATE -fsanitize=${KORVANE_SANITIZERS} -fno-sanitize-recover=all)
+        # The older spelling of -fsanitize-ignorelist, since ccache only knows to look into the file by that.
+        target_compile_options(${target} PRIVATE -fsanitize=${KORVANE_SANITIZERS} -fno-sanitize-recover=all
+            $<$<CXX_COMPILER_ID:Clang>:-fsanitize-blacklist=${PROJECT_SOURCE_DIR}/cmake/sanitizers.ignore>)
         target_link_options(${target} PRIVATE -fsanitize=${KORVANE_SANITIZERS})
     endif()
 endfunction()

@@ -2,6 +2,11 @@
 
 RuleCondition::RuleCondition(const ConditionData& data) : condition(data), tag(data.leftTag), bound(data.rightText)
 {
+    // Records tell null texts from empty ones, page files don't.
+    if (tag.isEmpty())
+        tag = QString();
+    if (bound.isEmpty())
+        bound = QString();
     condition.lValue()->setTagString(tag);
     condition.rValue()->setTagString(bound);
 }

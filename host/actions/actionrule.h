@@ -3,6 +3,7 @@
 #include "host/hostexport.h"
 #include "scada/binding/scadacondition.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QVariantMap>
 
@@ -24,6 +25,8 @@ struct KORVANE_HOST_EXPORT RuleCondition
     ScadaCondition condition;
     QString tag;
     QString bound;
+    /// The stored members that this program does not know, as the text of a JSON object; empty without one.
+    QByteArray unknownMembers;
 };
 
 /// Conditions that chain with "and" and "or", and the properties that a shape takes on while they hold.
@@ -34,6 +37,8 @@ struct KORVANE_HOST_EXPORT ActionRule
 {
     std::vector<RuleCondition> conditions;
     QVariantMap set; ///< property by name
+    /// As those of a condition.
+    QByteArray unknownMembers;
 
     /// Whether the chain holds with the values that its conditions have now; false without conditions. A condition whose
     /// tested value was never seen does not hold: a page that was just opened says nothing about it.

@@ -28,6 +28,13 @@ QVariantMap fromJson(const QByteArray& text)
     return QJsonDocument::fromJson(text).object().toVariantMap();
 }
 
+void unbindCondition(RuleCondition& part)
+{
+    const QByteArray unknown = part.unknownMembers;
+    part = RuleCondition(part.data());
+    part.unknownMembers = unknown;
+}
+
 } // namespace
 
 TagAction::TagAction(TesselInterface* shape) : ScadaTagActionInterface(nullptr)
@@ -54,7 +61,7 @@ void TagAction::unbind()
         binding.target = ObjectTarget::fromTagString(binding.tag);
     for (ActionRule& rule : m_rules) {
         for (RuleCondition& part : rule.conditions)
-            part = RuleCondition(part.data());
+            unbindCondition(part);
     }
 }
 
@@ -97,9 +104,16 @@ void TagAction::setTags(const QStringList& tags)
         addTarget(ObjectTarget::fromTagString(tag));
 }
 
-void TagAction::addTarget(const ObjectTarget& target)
+void TagAction::addTarget(const ObjectTarget& target, const QByteArray& unknownMembers)
 {
-    m_bindings.push_back({target, target.getTagString()});
+    const QString tag = target.getTagString();
+    m_bindings.push_back({target, tag.isEmpty() ? QString() : tag, unknownMembers});
+}
+
+QByteArray TagAction::unknownTargetMembers(int place) const
+{
+    const auto index = static_cast<std::size_t>(place);
+    return place >= 0 && index < m_bindings.size() ? m_bindings[index].unknownMembers : QByteArray();
 }
 
 void TagAction::setRules(const std::vector<ActionRule>& rules)

@@ -54,7 +54,10 @@ public:
     QStringList tags() const;
     void setTags(const QStringList& tags);
     /// Adds a value; \p target is taken as it is, with what its stored record said.
-    void addTarget(const ObjectTarget& target);
+    /// \param unknownMembers what is stored with it that this program does not know, kept for saving
+    void addTarget(const ObjectTarget& target, const QByteArray& unknownMembers = {});
+    /// The unknown members of the value at \p place; empty without one.
+    QByteArray unknownTargetMembers(int place) const;
 
     const std::vector<ActionRule>& rules() const { return m_rules; }
     void setRules(const std::vector<ActionRule>& rules);
@@ -104,6 +107,7 @@ private:
     {
         ObjectTarget target;
         QString tag;
+        QByteArray unknownMembers;
     };
 
     bool noteFailure(const QuorixData& data, qint32 pointId);

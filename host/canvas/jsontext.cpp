@@ -7,14 +7,17 @@
 #include <rapidjson/writer.h>
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 #include <vector>
 
 namespace {
 
 using rapidjson::SizeType;
 
-constexpr unsigned parseFlags =
-    rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag;
+// Numbers are read here: the parser's own reading is not exact, or, with its flag for that, undefined for some.
+constexpr unsigned parseFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag |
+                                rapidjson::kParseValidateEncodingFlag;
 
 /// Hands everything on to the document, and notes where objects and arrays begin.
 struct Locator
@@ -24,6 +27,7 @@ struct Locator
     std::vector<std::size_t>& offsets;
     int depth = 0;
     bool isTooDeep = false;
+    bool isTooLarge = false;
 
     bool open()
     {
@@ -38,7 +42,22 @@ struct Locator
     bool Int64(int64_t i) { return document.Int64(i); }
     bool Uint64(uint64_t i) { return document.Uint64(i); }
     bool Double(double d) { return document.Double(d); }
-    bool RawNumber(const char* s, SizeType length, bool copy) { return document.RawNumber(s, length, copy); }
+    bool RawNumber(const char* s, SizeType length, bool)
+    {
+        const char* end = s + length;
+        int64_t whole = 0;
+        if (const auto read = std::from_chars(s, end, whole); read.ec == std::errc() && read.ptr == end)
+            return document.Int64(whole);
+        double real = 0;
+        const auto read = std::from_chars(s, end, real);
+        if (read.ptr != end)
+            return false;
+        if (read.ec == std::errc())
+            return document.Double(real);
+        // Out of range: what is too small for a double is 0.
+        isTooLarge = QByteArray::fromRawData(s, static_cast<int>(length)).indexOf("-", 1) < 0;
+        return !isTooLarge && document.Double(0);
+    }
     bool String(const char* s, SizeType length, bool copy) { return document.String(s, length, copy); }
     bool Key(const char* s, SizeType length, bool copy) { return document.Key(s, length, copy); }
     bool StartObject() { return open() && document.StartObject(); }
@@ -103,6 +122,7 @@ tl::expected<JsonText, QString> JsonText::parse(const QByteArray& text)
     std::vector<std::size_t> offsets;
     rapidjson::ParseResult result;
     bool isTooDeep = false;
+    bool isTooLarge = false;
     std::size_t end = 0;
     auto fill = [&](rapidjson::Document& document) {
         rapidjson::MemoryStream stream(text.constData(), static_cast<std::size_t>(text.size()));
@@ -110,6 +130,7 @@ tl::expected<JsonText, QString> JsonText::parse(const QByteArray& text)
         rapidjson::Reader reader;
         result = reader.Parse<parseFlags>(stream, locator);
         isTooDeep = locator.isTooDeep;
+        isTooLarge = locator.isTooLarge;
         end = stream.Tell();
         return !result.IsError();
     };
@@ -118,6 +139,8 @@ tl::expected<JsonText, QString> JsonText::parse(const QByteArray& text)
     if (isTooDeep)
         return tl::make_unexpected(
             QStringLiteral("line %1: nested deeper than %2 levels").arg(lines.lineAt(end)).arg(mostDepth));
+    if (isTooLarge)
+        return tl::make_unexpected(QStringLiteral("line %1: a number that is too large").arg(lines.lineAt(end)));
     if (result.IsError()) {
         return tl::make_unexpected(QStringLiteral("line %1: %2")
                                        .arg(lines.lineAt(result.Offset()))

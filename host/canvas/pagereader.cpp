@@ -58,6 +58,8 @@ private:
 
 QByteArray unknownMembers(const Value& object, std::initializer_list<const char*> known)
 {
+    if (!object.IsObject())
+        return {};
     rapidjson::Document unknown(rapidjson::kObjectType);
     for (const auto& member : object.GetObject()) {
         const bool isKnown =
@@ -282,7 +284,7 @@ void Reading::readTargets(TagAction& action, const Value& stored, const ScadaTag
         if (tag && tag->IsString() && JsonText::stringOf(*tag) != read.getTagString())
             read = ObjectTarget::fromTagString(JsonText::stringOf(*tag));
         checkTag(read.getTagString(), target);
-        action.addTarget(read);
+        action.addTarget(read, unknownMembers(target, {"tag", "record"}));
     }
 }
 
@@ -319,6 +321,7 @@ void Reading::readRules(TagAction& action, const Value& stored, const ScadaTagAc
         const Value* set = JsonText::member(rule, "set");
         if (set && set->IsObject())
             read.set = JsonValues::readMap(*set);
+        read.unknownMembers = unknownMembers(rule, {"when", "set"});
         rules.push_back(read);
     }
     action.setRules(rules);
@@ -357,7 +360,9 @@ RuleCondition Reading::readCondition(const Value& stored, const ScadaTagActionSt
     if (const Value* text = JsonText::member(stored, "link"))
         data.logic = JsonValues::linkOf(JsonText::stringOf(*text));
     checkTag(data.leftTag, stored);
-    return RuleCondition(data);
+    read = RuleCondition(data);
+    read.unknownMembers = unknownMembers(stored, {"tag", "operator", "bound", "link", "record"});
+    return read;
 }
 
 void Reading::readSettings(TagAction& action, const Value& stored)

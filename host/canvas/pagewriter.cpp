@@ -192,10 +192,12 @@ void Writing::writeTargets(const TagAction& action)
 {
     m_writer.Key("targets");
     m_writer.StartArray();
-    for (const QString& tag : action.tags()) {
+    const QStringList tags = action.tags();
+    for (int place = 0; place < tags.size(); ++place) {
         m_writer.StartObject();
-        text("tag", tag);
-        writeRecord(ObjectTarget::fromTagString(tag).makeByteStream());
+        text("tag", tags.at(place));
+        writeRecord(ObjectTarget::fromTagString(tags.at(place)).makeByteStream());
+        writeKept(action.unknownTargetMembers(place));
         m_writer.EndObject();
     }
     m_writer.EndArray();
@@ -223,6 +225,7 @@ void Writing::writeRules(const TagAction& action)
             ScadaTagActionStream stream;
             RuleCondition(part.data()).condition.toStream(out, stream);
             writeRecord(record);
+            writeKept(part.unknownMembers);
             m_writer.EndObject();
         }
         m_writer.EndArray();
@@ -233,6 +236,7 @@ void Writing::writeRules(const TagAction& action)
             JsonValues::write(m_writer, value.value());
         }
         m_writer.EndObject();
+        writeKept(rule.unknownMembers);
         m_writer.EndObject();
     }
     m_writer.EndArray();

@@ -17,9 +17,10 @@ constexpr double leastThickness = 4;
 /// Where the bar lies in the geometry, said along its growth (from 0 at the low end) and across it.
 struct Bar::Layout
 {
-    bool isVertical;
+    bool isVertical = true;
     QRectF trough;
-    double textRoom; ///< across, behind the marks; 0 without a scale
+    bool hasLimitRoom = false;
+    double textRoom = 0; ///< across, behind the marks; 0 without a scale
     const std::vector<ScaleTicks::Tick>& ticks;
 
     double length() const { return isVertical ? trough.height() : trough.width(); }
@@ -75,7 +76,7 @@ Bar::Layout Bar::layout() const
 
     const QRectF trough = isVertical ? whole.adjusted(farRoom, ends, -scaleRoom, -ends)
                                      : whole.adjusted(ends, farRoom, -ends, -scaleRoom);
-    return {isVertical, trough, scaleRoom, marks};
+    return {isVertical, trough, farRoom > 0, scaleRoom, marks};
 }
 
 void Bar::draw(const ShapePainter& canvas) const
@@ -141,7 +142,7 @@ void Bar::drawLimit(const ShapePainter& canvas, const Layout& layout, double lim
     const double half = std::min(limitRoom / 2, layout.length() / 8) / layout.length();
     const QPointF mark[] = {layout.atFarEdge(share, 0), layout.atFarEdge(share + half, limitRoom - 1),
                             layout.atFarEdge(share - half, limitRoom - 1)};
-    if (!geometry().adjusted(-margin, -margin, margin, margin).contains(mark[1]))
+    if (!layout.hasLimitRoom)
         return;
     canvas.painter().setPen(Qt::NoPen);
     canvas.painter().setBrush(alarmColor());
@@ -154,7 +155,7 @@ void Bar::drawOverrun(const ShapePainter& canvas, const Layout& layout) const
     if (share >= 0 && share <= 1)
         return;
     const double thickness = layout.isVertical ? layout.trough.width() : layout.trough.height();
-    const double half = std::min(thickness / 4, 6.0);
+    const double half = std::min({thickness / 4, layout.length() / 6, 6.0});
     const double depth = 1.5 * half / layout.length();
     const double tip = share > 1 ? 1 - depth / 4 : depth / 4;
     const double base = share > 1 ? tip - depth : tip + depth;

@@ -18,7 +18,7 @@ public:
     void draw(const ShapePainter& painter) const override;
 
 protected:
-    double overhang() const override { return 0; }
+    double overhang() const override { return geometry().height() < lowestForText ? 2 : 0; }
 
 private:
     QString m_text = QStringLiteral("Button");

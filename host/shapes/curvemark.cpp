@@ -48,7 +48,7 @@ const std::vector<QPointF>& outline(int index)
 
 } // namespace
 
-void CurveMark::draw(QPainter& painter, int index, const QPointF& center, double size, const QColor& color)
+void CurveMark::draw(QPainter& painter, int index, const QPointF& center, const QColor& color)
 {
     const double half = size / 2;
     painter.setPen(QPen(Palette::paper, size / 8));
@@ -71,6 +71,6 @@ void CurveMark::draw(QPainter& painter, int index, const QPointF& center, double
 
 void CurveMark::drawBadge(const ShapePainter& canvas, int index, const QRectF& rect, int fontSize, const QColor& color)
 {
-    canvas.drawFrame(rect, color, Palette::paper, 1, 2);
+    canvas.drawFrame(rect, color, QColor(), 0, 2);
     canvas.drawText(rect, Qt::AlignCenter, {fontSize, true}, Palette::readableOn(color), QString::number(index + 1));
 }

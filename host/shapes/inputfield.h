@@ -23,7 +23,7 @@ public:
     QString shownText() const;
 
 protected:
-    double overhang() const override { return 0; }
+    double overhang() const override { return geometry().height() < lowestForText ? 2 : 0; }
 
 private:
     QString m_text;

@@ -17,7 +17,7 @@ public:
     void draw(const ShapePainter& painter) const override;
 
 protected:
-    double overhang() const override { return 0; }
+    double overhang() const override { return 2; } // letters may lean out of the box
 
 private:
     QString m_text = QStringLiteral("Text");

@@ -18,7 +18,8 @@ void drawHatches(QPainter& painter, const QRectF& rect)
     const double all = rect.width() + rect.height();
     const double distance = std::max(hatchDistance, all / mostHatches);
     painter.setPen(QPen(Palette::plate, 1));
-    for (double from = distance; from < all; from += distance) {
+    for (int i = 1; i * distance < all; ++i) {
+        const double from = i * distance;
         const double below = std::max(0.0, from - rect.height()); // the line leaves at the left or at the bottom edge
         const double beside = std::max(0.0, from - rect.width());
         painter.drawLine(QPointF(rect.left() + below, rect.top() + from - below),

@@ -20,7 +20,7 @@ public:
     QString shownText() const;
 
 protected:
-    double overhang() const override { return 0; }
+    double overhang() const override { return geometry().height() < lowestForText ? 2 : 0; }
 
 private:
     std::optional<double> m_value; ///< without one the text is shown

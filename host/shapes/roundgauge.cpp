@@ -13,6 +13,7 @@ constexpr double firstAngle = 210; // of the scale's low end, counterclockwise f
 constexpr double sweep = 240;
 constexpr double overrun = 0.02; // shares of the scale by which a needle passes its ends
 constexpr int mostDecimals = 12;
+constexpr int leastText = 6; // a dial for which the number would be smaller shows none
 
 } // namespace
 
@@ -20,9 +21,9 @@ constexpr int mostDecimals = 12;
 struct RoundGauge::Dial
 {
     QPointF center;
-    double radius;
-    int fontSize;
-    bool hasLimits;
+    double radius = 0;
+    int fontSize = 0;
+    bool hasLimits = false;
 
     double band() const { return std::clamp(radius * 0.09, 1.0, 14.0); }
     /// The limits' rim, outside the band.
@@ -85,8 +86,9 @@ void RoundGauge::draw(const ShapePainter& canvas) const
     drawNeedle(canvas, dial);
 
     const int valueSize = std::clamp(static_cast<int>(radius / 3.6), 1, m_fontSize * 3 / 2);
-    canvas.drawText({dial.center.x() - radius, dial.center.y() + radius * 0.48, 2 * radius, radius * 0.32},
-                    Qt::AlignCenter, {valueSize, true}, isBeyondLimit() ? alarmColor() : textColor(), shownValue());
+    if (valueSize >= leastText)
+        canvas.drawText({dial.center.x() - radius, dial.center.y() + radius * 0.48, 2 * radius, radius * 0.32},
+                        Qt::AlignCenter, {valueSize, true}, isBeyondLimit() ? alarmColor() : textColor(), shownValue());
     if (nameHeight > 0)
         canvas.drawText({area.left(), dial.center.y() + radius * 0.8, area.width(), nameHeight}, Qt::AlignCenter,
                         {m_fontSize}, textColor(), m_text);
@@ -112,8 +114,8 @@ void RoundGauge::drawRim(const ShapePainter& canvas, const Dial& dial) const
 
 void RoundGauge::drawScale(const ShapePainter& canvas, const Dial& dial) const
 {
-    if (dial.radius < 20)
-        return; // nobody could read it
+    if (dial.fontSize < leastText - 1)
+        return;
     const int most = std::clamp(static_cast<int>(dial.radius * 4 / (dial.fontSize * 3.2)), 2, 10);
     const double outer = dial.inside();
     const double inner = outer - std::max(2.0, dial.radius * 0.06);

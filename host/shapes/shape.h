@@ -113,6 +113,8 @@ protected:
     /// How far beyond its geometry the shape draws: 0 for one that stays inside, which makes it cheap to draw anew
     /// beside others.
     virtual double overhang() const { return margin; }
+    /// In a shape that is lower than this, text reaches beyond it.
+    static constexpr double lowestForText = 10;
 
     /// A child overlay came, went or the item was moved.
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;

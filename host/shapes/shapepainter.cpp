@@ -81,6 +81,10 @@ void ShapePainter::drawFrame(const QRectF& rect, const QColor& fill, const QColo
     const double width = line.isValid() ? std::min(crispWidth(lineWidth), widest) : 0;
     if (!fill.isValid() && width <= 0)
         return;
+    if (2 * width >= widest) { // the lines meet: nothing is left between them
+        drawFrame(rect, line, QColor(), 0, radius);
+        return;
+    }
     const double half = width / 2;
     const QRectF outline = onWholePixels(PixelGrid(m_painter), rect).adjusted(half, half, -half, -half);
     m_painter.setPen(width > 0 ? QPen(line, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin) : QPen(Qt::NoPen));

@@ -21,8 +21,8 @@ struct TextStyle
 /// What a shape draws itself with: a painter in the shape's own coordinates, texts that are fast where they can be, and
 /// lines that are sharp at every zoom.
 ///
-/// Sharp means: the line fills whole device pixels. Painters that rotate or stretch have no pixels to align to; for them
-/// everything stays where it was given.
+/// Sharp means: the line fills whole device pixels. Painters that rotate or stretch have no pixels to align to; for
+/// them everything stays where it was given.
 class KORVANE_HOST_EXPORT ShapePainter
 {
 public:

@@ -23,10 +23,10 @@ struct ShapeProperty
     enum class Kind { Number, Integer, Boolean, Text, TextList, Color, Rect, Point, Size, Points };
 
     QLatin1String name;
-    Kind kind;
-    QVariant (*read)(const Shape& shape);
+    Kind kind = Kind::Text;
+    QVariant (*read)(const Shape& shape) = nullptr;
     /// False, with nothing changed, for a value that the property can't hold.
-    bool (*write)(Shape& shape, const QVariant& value);
+    bool (*write)(Shape& shape, const QVariant& value) = nullptr;
     /// Whether page files hold it. What is derived from others, or only ever set by live data, is not stored.
     bool isStored = true;
 };

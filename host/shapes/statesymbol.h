@@ -10,10 +10,10 @@
 
 /// Equipment with states: valve, pump, breaker.
 ///
-/// A state shows by fill and by form, so that it can be told without colours: at rest (closed, stopped, open contact) the
-/// body is filled with the dark OffColor, at work (open, running, closed contact) with the light OnColor, between both
-/// half and half, and a part of the body stands otherwise, which the subclasses describe. A fault is always crossed
-/// out; a state that is none of these is drawn dashed, with a question mark.
+/// A state shows by fill and by form, so that it can be told without colours: at rest (closed, stopped, open contact)
+/// the body is filled with the dark OffColor, at work (open, running, closed contact) with the light OnColor, between
+/// both half and half, and a part of the body stands otherwise, which the subclasses describe. A fault is always
+/// crossed out; a state that is none of these is drawn dashed, with a question mark.
 class KORVANE_HOST_EXPORT StateSymbol : public Shape
 {
 public:

@@ -40,9 +40,9 @@ struct TextPainter::GlyphSet
         font.setHintingPreference(QFont::PreferDefaultHinting);
         font.setStyleStrategy(QFont::PreferAntialias);
         font.setKerning(false);
-        const QFontMetricsF metrics(font);
-        ascent = metrics.ascent();
-        height = metrics.height();
+        const QFontMetricsF metrics(ShapePainter::font(style)); // the line lies where plain drawing has it
+        ascent = metrics.ascent() * scale;
+        height = metrics.height() * scale;
     }
 
     Glyph& measured(QChar character)
@@ -64,7 +64,7 @@ struct TextPainter::GlyphSet
         QPainter painter(&glyph.image);
         painter.setFont(font);
         painter.setPen(color);
-        painter.drawText(QPointF(padding, padding + std::round(ascent)), QString(character));
+        painter.drawText(QPointF(padding, padding + qRound(ascent)), QString(character));
         return glyph;
     }
 
@@ -128,7 +128,7 @@ bool TextPainter::draw(QPainter& painter, const QRectF& rect, Qt::Alignment alig
 
     const QTransform before = painter.worldTransform();
     painter.setWorldTransform(before * transform.inverted()); // device pixels, whatever stands between
-    QPoint place(qRound(x) - padding, qRound(y) - padding);
+    QPoint place(qRound(x) - padding, qRound(y + set.ascent) - qRound(set.ascent) - padding);
     for (const QChar character : text) {
         const GlyphSet::Glyph& glyph = set.drawn(character);
         if (!glyph.image.isNull())

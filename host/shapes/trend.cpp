@@ -1,5 +1,6 @@
 #include "host/shapes/trend.h"
 
+#include "host/shapes/curvelegend.h"
 #include "host/shapes/curvemark.h"
 #include "host/shapes/shapepainter.h"
 #include "host/shapes/shapeproperty.h"
@@ -9,6 +10,7 @@
 #include <qwt_scale_map.h>
 
 #include <QDateTime>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
@@ -21,8 +23,8 @@ constexpr double tickLength = 4;
 constexpr double gap = 3;             // between a mark and its text
 constexpr double lineDistance = 1.35; // of texts, in font sizes
 constexpr double curveWidth = 1.5;
-constexpr double markSize = 7;
 constexpr int marksInSight = 5;                    // of one curve
+constexpr double mostWay = 8;                      // up and down, in widths of the plot, of a curve that is stroked
 constexpr double leastPlot = 24;                   // a smaller one is given the whole area, without axes
 constexpr double farAway = 10'000;                 // beside the plot; beyond that painting counts less exactly
 constexpr qint64 lastTimeMs = 253'402'300'799'999; // of the year 9999
@@ -50,6 +52,7 @@ struct Trend::Plot
     double high = 1;
     QRectF rect;
     bool hasAxes = false;
+    bool hasBadges = false;
     double textLeft = 0; ///< of the value axis
     QTimeZone zone;
     QwtScaleMap times; ///< milliseconds since beginMs to x
@@ -219,10 +222,11 @@ void Trend::draw(const ShapePainter& canvas) const
     painter.setClipRect(plot.rect, Qt::IntersectClip);
     for (int curve = 0; curve < mostCurves; ++curve)
         drawCurve(canvas, plot, curve);
-    for (int curve = 0; curve < mostCurves; ++curve)
-        drawMarks(canvas, plot, curve);
     painter.restore();
-    drawBadges(canvas, plot);
+    for (int curve = 0; curve < mostCurves && curveCount() > 1; ++curve)
+        drawMarks(canvas, plot, curve);
+    if (plot.hasBadges)
+        drawBadges(canvas, plot);
 }
 
 /// The title, and the day at the end of the time axis. \returns what is left of \p area.
@@ -246,35 +250,12 @@ QRectF Trend::drawHeader(const ShapePainter& canvas, const QRectF& area, const P
     return area.adjusted(0, height + gap, 0, 0);
 }
 
-/// Number, mark and name of each curve, in columns of equal width. \returns what is left of \p area.
 QRectF Trend::drawLegend(const ShapePainter& canvas, const QRectF& area) const
 {
-    const int count = curveCount();
-    const double height = m_fontSize * lineDistance;
-    const int mostRows = static_cast<int>((area.height() - leastPlot) / height / 2);
-    if (count == 0 || mostRows < 1)
-        return area;
-    const double badge = m_fontSize * 1.2;
-    const double before = badge + gap + markSize + gap;
-    double widest = 0;
-    for (int curve = 0; curve < count; ++curve)
-        widest = std::max(widest, ShapePainter::textWidth({m_fontSize}, m_curveNames.value(curve)) + 1);
-    const int fitting = std::clamp(static_cast<int>(area.width() / (before + widest + 2 * inset)), 1, count);
-    const int columns = std::max(fitting, (count + mostRows - 1) / mostRows);
-    const int rows = (count + columns - 1) / columns;
-    const double width = columns > fitting ? area.width() / columns : before + widest + 2 * inset;
-
-    for (int curve = 0; curve < count; ++curve) {
-        const QRectF item(area.left() + curve % columns * width, area.top() + curve / columns * height, width, height);
-        const double middle = item.center().y();
-        CurveMark::drawBadge(canvas, curve, {item.left(), middle - badge / 2, badge, badge}, m_fontSize,
-                             curveColor(curve));
-        CurveMark::draw(canvas.painter(), curve, {item.left() + badge + gap + markSize / 2, middle}, markSize,
-                        curveColor(curve));
-        canvas.drawText(item.adjusted(before, 0, -gap, 0), Qt::AlignLeft | Qt::AlignVCenter, {m_fontSize}, m_textColor,
-                        m_curveNames.value(curve));
-    }
-    return area.adjusted(0, rows * height + gap, 0, 0);
+    std::vector<CurveLegend::Entry> entries;
+    for (int curve = 0; curve < curveCount() && !m_curveNames.isEmpty(); ++curve)
+        entries.push_back({m_curveNames.value(curve), curveColor(curve)});
+    return CurveLegend::draw(canvas, area, entries, m_fontSize, m_textColor, leastPlot);
 }
 
 void Trend::scaleValues(Plot& plot, const QRectF& area) const
@@ -292,7 +273,8 @@ void Trend::scaleValues(Plot& plot, const QRectF& area) const
 
 void Trend::placeAxes(Plot& plot, const QRectF& area) const
 {
-    const double badges = curveCount() > 0 ? m_fontSize * 1.2 + gap : 0;
+    const double badge = CurveLegend::badgeSize(m_fontSize);
+    const double badges = curveCount() > 0 && area.height() > 2 * badge ? badge + gap : 0;
     const int most = static_cast<int>(area.height() / (m_fontSize * 2.5));
     double widest = 0;
     for (const ScaleTicks::Tick& tick : m_ticks.between(plot.low, plot.high, std::clamp(most, 1, 10)))
@@ -303,6 +285,7 @@ void Trend::placeAxes(Plot& plot, const QRectF& area) const
     plot.hasAxes = plot.rect.width() >= leastPlot && plot.rect.height() >= leastPlot;
     if (!plot.hasAxes)
         plot.rect = area.adjusted(0, 0, area.width() - badges >= leastPlot ? -badges : 0, 0);
+    plot.hasBadges = badges > 0 && plot.rect.right() < area.right();
 
     plot.times.setScaleInterval(0, double(plot.endMs - plot.beginMs));
     plot.times.setPaintInterval(plot.rect.left(), plot.rect.right());
@@ -355,8 +338,22 @@ void Trend::drawCurve(const ShapePainter& canvas, const Plot& plot, int curve) c
     m_reducer.reduce(samples, plot.beginMs, plot.endMs, double(plot.endMs - plot.beginMs) / pixels);
 
     m_polyline.clear();
-    for (const QPointF& point : m_reducer.points())
+    double way = 0; // up and down
+    for (const QPointF& point : m_reducer.points()) {
         m_polyline.push_back(plot.at(point.x(), point.y()));
+        if (m_polyline.size() > 1)
+            way += std::abs(m_polyline.back().y() - m_polyline[m_polyline.size() - 2].y());
+    }
+    const bool isDense = way > plot.rect.width() * mostWay || double(m_polyline.size()) > pixels;
+    if (isDense && device.type() <= QTransform::TxScale)
+        fillCurve(canvas, plot, curve);
+    else
+        strokeCurve(canvas, curve);
+}
+
+void Trend::strokeCurve(const ShapePainter& canvas, int curve) const
+{
+    QPainter& painter = canvas.painter();
     const double width = canvas.crispWidth(curveWidth);
     for (const CurveReducer::Run& run : m_reducer.runs()) {
         const QPointF* points = m_polyline.data() + run.first;
@@ -371,6 +368,26 @@ void Trend::drawCurve(const ShapePainter& canvas, const Plot& plot, int curve) c
     }
 }
 
+void Trend::fillCurve(const ShapePainter& canvas, const Plot& plot, int curve) const
+{
+    QPainter& painter = canvas.painter();
+    const QTransform device = painter.deviceTransform();
+    for (QPointF& point : m_polyline)
+        point = device.map(point);
+    const QRectF rect = device.mapRect(plot.rect) & QRectF(0, 0, painter.device()->width(), painter.device()->height());
+    if (rect.isEmpty())
+        return;
+    m_columns.reset(qFloor(rect.left()), qCeil(rect.width()) + 1);
+    for (const CurveReducer::Run& run : m_reducer.runs())
+        m_columns.add(m_polyline.data() + run.first, run.count);
+
+    const QTransform before = painter.worldTransform();
+    painter.setWorldTransform(before * device.inverted());
+    m_columns.draw(painter, std::max(1.0, curveWidth * device.m11()), curveColor(curve), qFloor(rect.top()),
+                   qCeil(rect.bottom()));
+    painter.setWorldTransform(before);
+}
+
 /// Marks lie at round times, each curve's at others, and move on with the curve.
 void Trend::drawMarks(const ShapePainter& canvas, const Plot& plot, int curve) const
 {
@@ -380,47 +397,24 @@ void Trend::drawMarks(const ShapePainter& canvas, const Plot& plot, int curve) c
     qint64 timeMs = (plot.beginMs - offsetMs) / distanceMs * distanceMs + offsetMs;
     for (; timeMs <= plot.endMs; timeMs += distanceMs) {
         const double value = timeMs < plot.beginMs ? std::nan("") : samples.interpolated(timeMs);
-        if (std::isfinite(value))
-            CurveMark::draw(canvas.painter(), curve, plot.at(double(timeMs - plot.beginMs), value), markSize,
-                            curveColor(curve));
+        const QPointF place = plot.at(double(timeMs - plot.beginMs), value);
+        if (std::isfinite(value) && plot.rect.contains(place))
+            CurveMark::draw(canvas.painter(), curve, place, curveColor(curve));
     }
 }
 
-/// Each curve's number where it ends, or a little above or below where others end as well.
 void Trend::drawBadges(const ShapePainter& canvas, const Plot& plot) const
 {
-    struct Badge
-    {
-        int curve;
-        double middle;
-    };
-    std::array<Badge, mostCurves> badges{};
-    std::size_t count = 0;
-    const double size = m_fontSize * 1.2;
-    const double top = plot.rect.top() + size / 2;
-    const double bottom = std::max(top, plot.rect.bottom() - size / 2);
+    std::vector<CurveLegend::Badge> badges;
     for (int curve = 0; curve < mostCurves; ++curve) {
         const SampleRing& samples = m_samples[std::size_t(curve)];
         int last = samples.size() - 1;
         while (last >= 0 && samples.at(last).timeMs >= plot.beginMs && !std::isfinite(samples.at(last).value))
             --last;
-        if (last < 0 || samples.at(last).timeMs < plot.beginMs)
-            continue;
-        badges[count++] = {curve, std::clamp(plot.values.transform(samples.at(last).value), top, bottom)};
+        if (last >= 0 && samples.at(last).timeMs >= plot.beginMs)
+            badges.push_back({curve, plot.values.transform(samples.at(last).value), curveColor(curve)});
     }
-    if (plot.rect.right() + size > geometry().right())
-        return;
-
-    const auto end = badges.begin() + static_cast<std::ptrdiff_t>(count);
-    std::stable_sort(badges.begin(), end, [](const Badge& a, const Badge& b) { return a.middle < b.middle; });
-    for (std::size_t i = 1; i < count; ++i)
-        badges[i].middle = std::max(badges[i].middle, badges[i - 1].middle + size);
-    double lowest = bottom; // pushed back up from the lower edge
-    for (std::size_t i = count; i-- > 0; lowest = badges[i].middle - size)
-        badges[i].middle = std::min(badges[i].middle, lowest);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double middle = std::max(badges[i].middle, top); // too many for the height lie one over the other
-        CurveMark::drawBadge(canvas, badges[i].curve, {plot.rect.right() + gap, middle - size / 2, size, size},
-                             m_fontSize, curveColor(badges[i].curve));
-    }
+    const QRectF column(plot.rect.right() + gap, plot.rect.top(), CurveLegend::badgeSize(m_fontSize),
+                        plot.rect.height());
+    CurveLegend::drawBadges(canvas, column, badges, m_fontSize);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/shapes/curvecolumns.h"
 #include "host/shapes/curvereducer.h"
 #include "host/shapes/palette.h"
 #include "host/shapes/samplering.h"
@@ -16,9 +17,9 @@
 
 /// Up to eight curves over time. The time axis is "Span" seconds long and ends at the newest sample.
 ///
-/// Samples come from outside through addSample(), each curve's in order of time; a value that is no number leaves a gap.
-/// "Minimum" and "Maximum" bound the values; where both are equal, the samples in sight do. A curve is told from the
-/// others by its marks and by its number at its end, too, not by its colour alone.
+/// Samples come from outside through addSample(), each curve's in order of time; a value that is no number leaves a
+/// gap. "Minimum" and "Maximum" bound the values; where both are equal, the samples in sight do. A curve is told from
+/// the others by its marks and by its number at its end, too, not by its colour alone.
 class KORVANE_HOST_EXPORT Trend : public Shape
 {
 public:
@@ -60,6 +61,8 @@ private:
     void drawValueAxis(const ShapePainter& painter, const Plot& plot) const;
     void drawTimeAxis(const ShapePainter& painter, const Plot& plot) const;
     void drawCurve(const ShapePainter& painter, const Plot& plot, int curve) const;
+    void strokeCurve(const ShapePainter& painter, int curve) const;
+    void fillCurve(const ShapePainter& painter, const Plot& plot, int curve) const;
     void drawMarks(const ShapePainter& painter, const Plot& plot, int curve) const;
     void drawBadges(const ShapePainter& painter, const Plot& plot) const;
 
@@ -81,6 +84,7 @@ private:
 
     // Buffers and what was drawn last.
     mutable CurveReducer m_reducer;
+    mutable CurveColumns m_columns;
     mutable std::vector<QPointF> m_polyline;
     mutable ScaleTicks m_ticks;
     mutable QTimeZone m_zone; ///< for m_zoneName; reading one from the system takes time

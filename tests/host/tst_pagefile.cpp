@@ -221,6 +221,8 @@ private Q_SLOTS:
         QTest::newRow("nested 100,000 deep") << QByteArray(json("{'format':'korvane-page','version':1,'x':")) +
                                                     QByteArray(100'000, '[') + QByteArray(100'000, ']') + '}'
                                              << QStringLiteral("page.pws: line 1: nested deeper than 100 levels");
+        QTest::newRow("a number beyond every double") << json("{'format':'korvane-page','version':1,\n'x':1e999}")
+                                                      << QStringLiteral("page.pws: line 2: Number too big to be stored in double.");
         QTest::newRow("not UTF-8") << QByteArray("{\"format\":\"\xff\"}")
                                    << QStringLiteral("page.pws: line 1: Invalid encoding in string.");
     }
@@ -295,6 +297,30 @@ private Q_SLOTS:
                                      "page.pws:2: shape \"r\": \"record\" is no base64: the tag's text is used")});
         const auto& action = dynamic_cast<const TagAction&>(*page->actions->actions().first());
         QCOMPARE(action.tags(), QStringList{QStringLiteral("P1")});
+    }
+
+    void numbersAreReadExactly_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<double>("number");
+        QTest::newRow("whole") << QByteArray("3") << 3.0;
+        QTest::newRow("negative") << QByteArray("-0.5") << -0.5;
+        QTest::newRow("17 digits") << QByteArray("0.28000000000000003") << 0.28000000000000003;
+        QTest::newRow("zero with an exponent") << QByteArray("0E60") << 0.0;
+        QTest::newRow("smaller than every double") << QByteArray("1e-999") << 0.0;
+        QTest::newRow("a large exponent") << QByteArray("1.7976931348623157e308") << 1.7976931348623157e308;
+    }
+    void numbersAreReadExactly()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(double, number);
+        Pages pages;
+        const auto page = pages.read(pageWith("{\"class\":\"ReadOut\",\"name\":\"r\",\"place\":[0,0,9,9],"
+                                              "\"actions\":[{\"type\":2,\"settings\":{\"Factor\":" +
+                                              text + "}}]}"));
+        QVERIFY2(page, page ? "" : qPrintable(page.error()));
+        const auto& action = dynamic_cast<const TagAction&>(*page->actions->actions().first());
+        QVERIFY(action.settings().value(QStringLiteral("Factor")).toDouble() == number);
     }
 
     void placeholdersStandWhereTheShapeWould()
