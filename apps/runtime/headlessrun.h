@@ -15,6 +15,10 @@ public:
     /// \returns the program's exit code.
     int run(Page& page);
 
+    /// Draws every change as a window would, and prints what that cost: processor time for each value shown, and how old
+    /// values were when they were shown.
+    int runBenchmark(Page& page);
+
     /// Prints the table of the points with their figures.
     static void printPoints(LiveSystem& system);
 

@@ -91,7 +91,10 @@ int main(int argc, char** argv)
         complain(page.error());
         return failed;
     }
-    if (isHeadless)
-        QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
-    return isHeadless ? HeadlessRun(live, *options).run(**page) : runWindow(live, *options, **page);
+    if (options->isBenchmark)
+        return HeadlessRun(live, *options).runBenchmark(**page);
+    if (!isHeadless)
+        return runWindow(live, *options, **page);
+    QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
+    return HeadlessRun(live, *options).run(**page);
 }

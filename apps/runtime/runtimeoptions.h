@@ -20,6 +20,7 @@ struct RuntimeOptions
     std::optional<std::chrono::milliseconds> after = {};
     double zoom = 1; ///< of the screenshot of a run without a window
     bool isStored = true;
+    bool isBenchmark = false; ///< draws off screen as a window would, and prints what it costs
 
     /// \returns what is wrong with the command line, or nothing at all for one that was answered (--help).
     static tl::expected<RuntimeOptions, QString> parse(const QStringList& arguments);

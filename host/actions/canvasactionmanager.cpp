@@ -67,8 +67,9 @@ void CanvasActionManager::bringUpToDate()
 
 void CanvasActionManager::addAction(ScadaTagActionInterface* action)
 {
-    if (!action || find(action))
+    if (!action || m_known.contains(action))
         return;
+    m_known.insert(action);
     m_entries.push_back({});
     Entry& entry = m_entries.back();
     entry.action.reset(action);
@@ -88,6 +89,7 @@ bool CanvasActionManager::takeAction(ScadaTagActionInterface* action)
         return false;
     dropOverlay(*action);
     found->action.release();
+    m_known.remove(action);
     m_entries.erase(found);
     m_index.isMade = false;
     return true;
@@ -97,8 +99,10 @@ template <typename Doomed>
 void CanvasActionManager::removeIf(const Doomed& isDoomed)
 {
     for (Entry& entry : m_entries) {
-        if (isDoomed(entry))
-            dropOverlay(*entry.action);
+        if (!isDoomed(entry))
+            continue;
+        dropOverlay(*entry.action);
+        m_known.remove(entry.action.get());
     }
     m_entries.erase(std::remove_if(m_entries.begin(), m_entries.end(), isDoomed), m_entries.end());
     m_index.isMade = false;

@@ -4,7 +4,7 @@
 #include "platform/data/mwdatadepartment.h"
 #include "scada/hub/canvasscadaactionmanagerinterface.h"
 
-#include <QHash>
+#include <QSet>
 
 #include <functional>
 #include <memory>
@@ -152,6 +152,7 @@ private:
     KorvaneScadaCoreInterface* m_hub;
     PresentRecords m_presentRecords;
     std::vector<Entry> m_entries;
+    QSet<const ScadaTagActionInterface*> m_known; ///< the actions of the entries
     Index m_index;
     std::vector<int> m_owedABatch; ///< actions that a single record left with an overlay that the next batch decides on
     std::vector<int> m_concerned;

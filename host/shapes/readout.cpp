@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr double inset = 5; // between frame and text
+constexpr double widestInset = 5; // between frame and text
 constexpr int mostDecimals = 12;
 
 } // namespace
@@ -50,6 +50,7 @@ QString ReadOut::shownText() const
 void ReadOut::draw(const ShapePainter& canvas) const
 {
     canvas.drawFrame(geometry(), m_fillColor, m_lineColor);
+    const double inset = std::min(widestInset, geometry().height() / 5);
     const Qt::Alignment horizontal = Qt::Alignment(m_alignment) & Qt::AlignHorizontal_Mask;
     const double side = std::min(inset, geometry().width() / 4);
     canvas.drawText(geometry().adjusted(side, 0, -side, 0), horizontal | Qt::AlignVCenter, {m_fontSize, m_isBold},

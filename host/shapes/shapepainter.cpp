@@ -50,6 +50,49 @@ QRectF onWholePixels(const PixelGrid& grid, const QRectF& rect)
                                                         std::max(std::round(bottomRight.y()), top + 1))};
 }
 
+// Fills whole pixels of the device: several times faster than an outline, and the same to the pixel.
+class PixelFiller
+{
+public:
+    explicit PixelFiller(QPainter& painter)
+        : m_painter(painter),
+          m_before(painter.worldTransform()),
+          m_wasAntialiased(painter.testRenderHint(QPainter::Antialiasing))
+    {
+        m_painter.setWorldTransform(m_before * painter.deviceTransform().inverted());
+        m_painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+    ~PixelFiller()
+    {
+        m_painter.setRenderHint(QPainter::Antialiasing, m_wasAntialiased);
+        m_painter.setWorldTransform(m_before);
+    }
+    Q_DISABLE_COPY(PixelFiller)
+
+    void fillFrame(const QRect& outer, int width, const QColor& fill, const QColor& line)
+    {
+        const QRect inner = outer.adjusted(width, width, -width, -width);
+        if (width > 0 && fill.isValid() && fill.alpha() == 255) {
+            m_painter.fillRect(outer, line);
+            m_painter.fillRect(inner, fill);
+            return;
+        }
+        if (fill.isValid())
+            m_painter.fillRect(inner, fill);
+        if (width <= 0)
+            return;
+        m_painter.fillRect(QRect(outer.left(), outer.top(), outer.width(), width), line);
+        m_painter.fillRect(QRect(outer.left(), inner.bottom() + 1, outer.width(), width), line);
+        m_painter.fillRect(QRect(outer.left(), inner.top(), width, inner.height()), line);
+        m_painter.fillRect(QRect(inner.right() + 1, inner.top(), width, inner.height()), line);
+    }
+
+private:
+    QPainter& m_painter;
+    QTransform m_before;
+    bool m_wasAntialiased;
+};
+
 } // namespace
 
 void ShapePainter::drawText(const QRectF& rect, Qt::Alignment alignment, TextStyle style, const QColor& color,
@@ -85,8 +128,17 @@ void ShapePainter::drawFrame(const QRectF& rect, const QColor& fill, const QColo
         drawFrame(rect, line, QColor(), 0, radius);
         return;
     }
+    const PixelGrid grid(m_painter);
+    if (radius <= 0 && grid.isUsable()) {
+        const QRectF device = QRectF(grid.toDevice(rect.topLeft()), grid.toDevice(rect.bottomRight()));
+        const QPoint topLeft(qRound(device.left()), qRound(device.top()));
+        const QSize size(std::max(qRound(device.right()) - topLeft.x(), 1),
+                         std::max(qRound(device.bottom()) - topLeft.y(), 1));
+        PixelFiller(m_painter).fillFrame({topLeft, size}, qRound(width * grid.scale()), fill, line);
+        return;
+    }
     const double half = width / 2;
-    const QRectF outline = onWholePixels(PixelGrid(m_painter), rect).adjusted(half, half, -half, -half);
+    const QRectF outline = onWholePixels(grid, rect).adjusted(half, half, -half, -half);
     m_painter.setPen(width > 0 ? QPen(line, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin) : QPen(Qt::NoPen));
     m_painter.setBrush(fill.isValid() ? QBrush(fill) : QBrush(Qt::NoBrush));
     const double curve = std::clamp(radius - half, 0.0, widest / 2);
