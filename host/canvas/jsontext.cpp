@@ -16,8 +16,8 @@ namespace {
 using rapidjson::SizeType;
 
 // Numbers are read here: the parser's own reading is not exact, or, with its flag for that, undefined for some.
-constexpr unsigned parseFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag |
-                                rapidjson::kParseValidateEncodingFlag;
+constexpr unsigned parseFlags =
+    rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag | rapidjson::kParseValidateEncodingFlag;
 
 /// Hands everything on to the document, and notes where objects and arrays begin.
 struct Locator

@@ -221,8 +221,9 @@ private Q_SLOTS:
         QTest::newRow("nested 100,000 deep") << QByteArray(json("{'format':'korvane-page','version':1,'x':")) +
                                                     QByteArray(100'000, '[') + QByteArray(100'000, ']') + '}'
                                              << QStringLiteral("page.pws: line 1: nested deeper than 100 levels");
-        QTest::newRow("a number beyond every double") << json("{'format':'korvane-page','version':1,\n'x':1e999}")
-                                                      << QStringLiteral("page.pws: line 2: Number too big to be stored in double.");
+        QTest::newRow("a number beyond every double")
+            << json("{'format':'korvane-page','version':1,\n'x':1e999}")
+            << QStringLiteral("page.pws: line 2: Number too big to be stored in double.");
         QTest::newRow("not UTF-8") << QByteArray("{\"format\":\"\xff\"}")
                                    << QStringLiteral("page.pws: line 1: Invalid encoding in string.");
     }
