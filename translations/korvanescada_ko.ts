@@ -2,6 +2,49 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ko_KR" sourcelanguage="en">
 <context>
+    <name>ActionEditor</name>
+    <message>
+        <source>Tags</source>
+        <translation>태그</translation>
+    </message>
+</context>
+<context>
+    <name>ColourAction</name>
+    <message>
+        <source>Colour</source>
+        <translation>색</translation>
+    </message>
+</context>
+<context>
+    <name>ExplanationDock</name>
+    <message>
+        <source>Why does this shape look like this</source>
+        <translation>이 도형이 이렇게 보이는 이유</translation>
+    </message>
+    <message>
+        <source>Click a shape.</source>
+        <translation>도형을 클릭하십시오.</translation>
+    </message>
+    <message>
+        <source>Copy all</source>
+        <translation>모두 복사</translation>
+    </message>
+</context>
+<context>
+    <name>LevelAction</name>
+    <message>
+        <source>Fill level</source>
+        <translation>채움 높이</translation>
+    </message>
+</context>
+<context>
+    <name>NumberAction</name>
+    <message>
+        <source>Number</source>
+        <translation>숫자</translation>
+    </message>
+</context>
+<context>
     <name>ObjectTarget</name>
     <message>
         <source>Current Value</source>
@@ -333,10 +376,178 @@
     </message>
 </context>
 <context>
+    <name>PositionAction</name>
+    <message>
+        <source>Position</source>
+        <translation>위치</translation>
+    </message>
+</context>
+<context>
+    <name>RotationAction</name>
+    <message>
+        <source>Rotation</source>
+        <translation>회전</translation>
+    </message>
+</context>
+<context>
+    <name>RuntimeWindow</name>
+    <message>
+        <source>&amp;Page</source>
+        <translation>페이지(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>닫기(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>끝내기(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>보기(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Zoom to &amp;fit</source>
+        <translation>창에 맞추기(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Own size</source>
+        <translation>원래 크기(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>확대(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>축소(&amp;O)</translation>
+    </message>
+    <message>
+        <source>F&amp;ull screen</source>
+        <translation>전체 화면(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Layers</source>
+        <translation>레이어(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Why does this shape look like this</source>
+        <translation>이 도형이 이렇게 보이는 이유(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Tags of the page</source>
+        <translation>페이지의 태그(&amp;T)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n problem(s), the newest: </source>
+        <translation>
+            <numerusform>문제 %n건, 최근: </numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 ms, worst %2 ms</source>
+        <translation>%1 ms, 최대 %2 ms</translation>
+    </message>
+    <message>
+        <source>%1 values/s   %2 paints/s   lag %3   %4 points failed</source>
+        <translation>값 %1개/초   그리기 %2회/초   지연 %3   이상 포인트 %4개</translation>
+    </message>
+</context>
+<context>
     <name>ScadaSummaryWidgetInterface</name>
     <message>
         <source>Scada Summary</source>
         <translation>SCADA 요약</translation>
+    </message>
+</context>
+<context>
+    <name>StateAction</name>
+    <message>
+        <source>State</source>
+        <translation>상태</translation>
+    </message>
+</context>
+<context>
+    <name>TagDock</name>
+    <message>
+        <source>Tags of the page</source>
+        <translation>페이지의 태그</translation>
+    </message>
+    <message>
+        <source>Filter: any text of any column</source>
+        <translation>필터: 모든 열의 텍스트</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>복사</translation>
+    </message>
+</context>
+<context>
+    <name>TagTableModel</name>
+    <message>
+        <source>Tag</source>
+        <translation>태그</translation>
+    </message>
+    <message>
+        <source>Id</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>필드</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>값</translation>
+    </message>
+    <message>
+        <source>Quality</source>
+        <translation>품질</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>시간</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>도형</translation>
+    </message>
+    <message>
+        <source>Binding</source>
+        <translation>바인딩</translation>
+    </message>
+    <message>
+        <source>names no known object</source>
+        <translation>알려진 객체가 아님</translation>
+    </message>
+</context>
+<context>
+    <name>TextAction</name>
+    <message>
+        <source>Text</source>
+        <translation>텍스트</translation>
+    </message>
+</context>
+<context>
+    <name>TrendAction</name>
+    <message>
+        <source>Trend</source>
+        <translation>트렌드</translation>
+    </message>
+</context>
+<context>
+    <name>UnloadedAction</name>
+    <message>
+        <source>Not loaded</source>
+        <translation>불러오지 못함</translation>
+    </message>
+</context>
+<context>
+    <name>VisibilityAction</name>
+    <message>
+        <source>Visibility</source>
+        <translation>표시 여부</translation>
     </message>
 </context>
 </TS>

@@ -52,13 +52,16 @@ int HeadlessRun::runBenchmark(Page& page)
     renderer.setView(page.canvas->size().toSize(), 1, {});
     QImage screen(page.canvas->size().toSize(), QImage::Format_RGB32);
     std::vector<double> lagsMs;
-    QObject::connect(&m_system.dataService(), &DataService::batchSent, [&] {
+    int frames = 0;
+    const auto drawing = QObject::connect(&m_system.dataService(), &DataService::batchSent, [&] {
         renderer.render();
         QPainter painter(&screen);
         painter.setCompositionMode(QPainter::CompositionMode_Source);
         painter.drawImage(0, 0, renderer.image());
+        ++frames;
         const qint64 newest = m_system.dataService().figures().newestSampleMs;
-        lagsMs.push_back(static_cast<double>(m_system.nowMs() - newest) / m_system.speed());
+        if (newest > 0)
+            lagsMs.push_back(static_cast<double>(m_system.nowMs() - newest) / m_system.speed());
     });
     page.actions->setShown(true);
     renderer.render();
@@ -71,7 +74,7 @@ int HeadlessRun::runBenchmark(Page& page)
     QCoreApplication::exec();
     const double cpuSeconds = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
     const double seconds = static_cast<double>(elapsed.elapsed()) / 1000;
-    m_system.dataService().disconnect(); // what it tells refers to what ends here
+    QObject::disconnect(drawing);
 
     const quint64 shown = manager->updateCount() - shownBefore;
     QTextStream out(stdout);
@@ -79,7 +82,7 @@ int HeadlessRun::runBenchmark(Page& page)
                .arg(page.canvas->shapeCount())
                .arg(seconds, 0, 'f', 1)
                .arg(m_system.dataService().figures().samples)
-               .arg(lagsMs.size());
+               .arg(frames);
     out << QStringLiteral("%1 values shown, %2 us of processor time each, %3 % of a core\n")
                .arg(shown)
                .arg(shown ? cpuSeconds * 1e6 / static_cast<double>(shown) : 0, 0, 'f', 2)

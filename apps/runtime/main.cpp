@@ -5,7 +5,10 @@
 #include "host/runtime/sourcerecorder.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QLocale>
 #include <QTextStream>
+#include <QTranslator>
 
 #include <cstring>
 
@@ -28,6 +31,19 @@ bool hasDisplay()
 #else
     return true;
 #endif
+}
+
+// Beside an installed program, or in the folder that it was built in.
+void loadTranslation(QTranslator& translator)
+{
+    const QDir programs(QCoreApplication::applicationDirPath());
+    for (const char* folder : {"../share/korvane/translations", "../translations"}) {
+        if (translator.load(QLocale(), QStringLiteral("korvanescada"), QStringLiteral("_"),
+                            programs.filePath(QString::fromLatin1(folder)))) {
+            QCoreApplication::installTranslator(&translator);
+            return;
+        }
+    }
 }
 
 int record(const LiveSystem::Options& systemOptions, const RuntimeOptions& options)
@@ -65,6 +81,9 @@ int main(int argc, char** argv)
     QCoreApplication::setOrganizationName(QStringLiteral("Korvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KORVANE_VERSION));
 
+    QTranslator translator;
+    loadTranslation(translator);
+
     const auto options = RuntimeOptions::parse(QCoreApplication::arguments());
     if (!options) {
         complain(options.error());
@@ -87,10 +106,8 @@ int main(int argc, char** argv)
     QObject::connect(&live, &LiveSystem::problemFound, &complain);
 
     const auto page = live.openPage(options->page.isEmpty() ? live.project().startPage : options->page);
-    if (!page) {
-        complain(page.error());
-        return failed;
-    }
+    if (!page)
+        return failed; // told already
     if (options->isBenchmark)
         return HeadlessRun(live, *options).runBenchmark(**page);
     if (!isHeadless)

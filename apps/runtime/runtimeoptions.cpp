@@ -13,7 +13,7 @@ std::optional<std::chrono::milliseconds> parseDuration(const QString& text)
         const char* name;
         double ms;
     };
-    constexpr Unit units[] = {{"ms", 1}, {"min", 60'000}, {"s", 1000}, {"h", 3'600'000}, {"", 1000}};
+    constexpr Unit units[] = {{"ms", 1}, {"min", 60000}, {"s", 1000}, {"h", 3600000}, {"", 1000}};
     for (const Unit& unit : units) {
         const QLatin1String name(unit.name);
         if (!text.endsWith(name))

@@ -54,7 +54,10 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     connect(&m_tabs, &QTabWidget::currentChanged, this, &RuntimeWindow::heedTab);
     connect(&m_tabs, &QTabWidget::tabCloseRequested, this, &RuntimeWindow::closeTab);
     connect(&system, &LiveSystem::problemFound, this, &RuntimeWindow::addProblem);
-    connect(&system.dataService(), &DataService::batchSent, this, [this] { m_hasNewValues = true; });
+    connect(&system.dataService(), &DataService::batchSent, this, [this] {
+        const Page* page = currentPage();
+        m_hasNewValues |= page && page->canvas->hasChanged() && m_system.dataService().figures().newestSampleMs > 0;
+    });
     connect(&m_figureTimer, &QTimer::timeout, this, &RuntimeWindow::showFigures);
     m_figureTimer.start(figureInterval);
     m_sinceFigures.start();
@@ -101,7 +104,6 @@ void RuntimeWindow::buildMenus()
     fullScreen->setCheckable(true);
     fullScreen->setShortcut(Qt::Key_F11);
     connect(fullScreen, &QAction::toggled, this, &RuntimeWindow::toggleFullScreen);
-    addAction(fullScreen); // its key works while the menu bar is hidden
     m_layers = view->addMenu(tr("&Layers"));
     view->addSeparator();
     QAction* explanation = m_explanation->toggleViewAction();
@@ -111,6 +113,9 @@ void RuntimeWindow::buildMenus()
     tags->setText(tr("&Tags of the page"));
     tags->setShortcut(Qt::Key_F3);
     view->addActions({explanation, tags});
+    // Keys work while the menu bar is hidden.
+    addActions(pages->actions());
+    addActions(view->actions());
 }
 
 void RuntimeWindow::buildStatusBar()
@@ -133,11 +138,8 @@ void RuntimeWindow::addProblem(const QString& text)
 
 void RuntimeWindow::openPage(const QString& name)
 {
-    const auto page = m_system.openPage(name);
-    if (page)
+    if (const auto page = m_system.openPage(name))
         showPage(**page);
-    else
-        m_problems->setText(page.error());
 }
 
 void RuntimeWindow::showPage(Page& page)
@@ -215,10 +217,10 @@ void RuntimeWindow::explain(Shape* shape)
 void RuntimeWindow::notePaint()
 {
     ++m_paints;
-    if (!m_hasNewValues)
+    const qint64 newest = m_system.dataService().figures().newestSampleMs;
+    if (!m_hasNewValues || newest == 0)
         return;
     m_hasNewValues = false;
-    const auto newest = m_system.dataService().figures().newestSampleMs;
     m_lagsMs.push_back(static_cast<double>(m_system.nowMs() - newest) / m_system.speed());
 }
 
@@ -250,10 +252,7 @@ void RuntimeWindow::toggleFullScreen(bool isFull)
     menuBar()->setVisible(!isFull);
     statusBar()->setVisible(!isFull);
     m_tabs.tabBar()->setVisible(!isFull);
-    if (isFull)
-        showFullScreen();
-    else
-        showNormal();
+    setWindowState(isFull ? windowState() | Qt::WindowFullScreen : windowState() & ~Qt::WindowFullScreen);
 }
 
 void RuntimeWindow::end()

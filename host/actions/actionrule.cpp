@@ -33,7 +33,7 @@ bool ActionRule::holds() const
     bool doAllHold = true; // of the conditions joined by "and" up to here
     bool isOpen = false;
     for (const RuleCondition& part : conditions) {
-        doAllHold = doAllHold && part.condition.isLeftValueKnown() && part.condition.checkCondition();
+        doAllHold = doAllHold && part.condition.hasBothValues() && part.condition.checkCondition();
         isOpen = true;
         if (part.condition.logicType() == Korvane::LogicType::And)
             continue;

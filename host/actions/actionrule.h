@@ -40,8 +40,8 @@ struct KORVANE_HOST_EXPORT ActionRule
     /// As those of a condition.
     QByteArray unknownMembers;
 
-    /// Whether the chain holds with the values that its conditions have now; false without conditions. A condition whose
-    /// tested value was never seen does not hold: a page that was just opened says nothing about it.
+    /// Whether the chain holds with the values that its conditions have now; false without conditions. A condition with a
+    /// side that was never seen does not hold: a page that was just opened says nothing about it.
     bool holds() const;
     /// "a > 1 && b < 2", as written.
     QString text() const;

@@ -11,9 +11,9 @@ class TagAction;
 struct ActionSetting
 {
     QLatin1String name;
-    QVariant (*read)(const TagAction& action);
+    QVariant (*read)(const TagAction& action) = nullptr;
     /// False, with nothing changed, for a value that the setting can't have.
-    bool (*write)(TagAction& action, const QVariant& value);
+    bool (*write)(TagAction& action, const QVariant& value) = nullptr;
 };
 
 namespace ActionSettings {

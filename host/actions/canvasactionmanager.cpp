@@ -11,6 +11,26 @@
 
 using Korvane::ScadaObjectType;
 
+namespace {
+
+bool isBound(const QList<ObjectTarget*>& targets, ObjectKey object)
+{
+    return std::any_of(targets.begin(), targets.end(), [object](const ObjectTarget* target) {
+        return ObjectKey{target->objectKindType(), target->getPid()} == object;
+    });
+}
+
+// NaN is never the same as itself: an action that holds one counts as changed with every batch.
+bool hasValueUnlikeItself(ScadaTagActionInterface& action)
+{
+    QList<ObjectTarget*> targets;
+    action.collectTargets(targets);
+    return std::any_of(targets.begin(), targets.end(),
+                       [](const ObjectTarget* target) { return target->value() != target->value(); });
+}
+
+} // namespace
+
 CanvasActionManager::CanvasActionManager(KVCanvasInterface* canvas, KorvaneScadaCoreInterface* hub, QObject* parent)
     : CanvasScadaActionManagerInterface(parent), m_canvas(canvas), m_hub(hub)
 {
@@ -25,18 +45,14 @@ void CanvasActionManager::open(ScadaRuntimeInterface* runtime)
     if (m_state != State::New)
         return;
     m_state = State::Open;
-    for (Entry& entry : m_entries)
-        entry.action->resolve(runtime);
-    for (Entry& entry : m_entries)
-        start(entry);
-    if (m_isShown)
+    for (int place = 0; place < entryCount(); ++place)
+        entryAt(place).action->resolve(runtime);
+    // All of them see the shapes as they were drawn before the first sets anything.
+    for (int place = 0; place < entryCount(); ++place)
+        entryAt(place).action->runItSelf(this, m_hub);
+    refreshAll();
+    if (m_isShown && m_presentRecords)
         bringUpToDate();
-}
-
-void CanvasActionManager::start(Entry& entry)
-{
-    entry.action->runItSelf(this, m_hub);
-    push(entry, true);
 }
 
 void CanvasActionManager::close()
@@ -55,11 +71,11 @@ void CanvasActionManager::setShown(bool shown)
 
 void CanvasActionManager::bringUpToDate()
 {
-    if (!m_presentRecords)
-        return;
     m_isPassedToAll = true; // batches were missed
-    for (MwDataDepartment& batch : m_presentRecords(boundObjects()))
-        takeBatch(batch);
+    if (m_presentRecords) {
+        for (const MwDataDepartment& batch : m_presentRecords(boundObjects()))
+            takeBatch(batch);
+    }
     refreshAll();
 }
 
@@ -73,11 +89,13 @@ void CanvasActionManager::addAction(ScadaTagActionInterface* action)
     m_entries.push_back({});
     Entry& entry = m_entries.back();
     entry.action.reset(action);
+    entry.known = dynamic_cast<TagAction*>(action);
     m_index.isMade = false;
     if (!isOpen())
         return;
     action->resolve(m_hub ? m_hub->scadaRuntime() : nullptr);
-    start(entry);
+    action->runItSelf(this, m_hub);
+    push(entry, true);
     m_isPassedToAll = true; // what overlay it brings along is not known
 }
 
@@ -88,7 +106,7 @@ bool CanvasActionManager::takeAction(ScadaTagActionInterface* action)
     if (!action || found == m_entries.end())
         return false;
     dropOverlay(*action);
-    found->action.release();
+    static_cast<void>(found->action.release()); // the caller's now
     m_known.remove(action);
     m_entries.erase(found);
     m_index.isMade = false;
@@ -147,12 +165,8 @@ QList<ScadaTagActionInterface*> CanvasActionManager::actionsBoundTo(ObjectKey ob
 {
     QList<ScadaTagActionInterface*> found;
     for (const Entry& entry : m_entries) {
-        for (const ObjectTarget* target : targetsOf(*entry.action)) {
-            if (ObjectKey{target->objectKindType(), target->getPid()} == object) {
-                found.append(entry.action.get());
-                break;
-            }
-        }
+        if (isBound(targetsOf(*entry.action), object))
+            found.append(entry.action.get());
     }
     return found;
 }
@@ -170,7 +184,7 @@ bool CanvasActionManager::moveAction(const TesselInterface* shape, int from, int
     const int step = from < to ? 1 : -1;
     for (int place = from; place != to; place += step)
         std::swap(m_entries[places[static_cast<std::size_t>(place)]],
-                  m_entries[places[static_cast<std::size_t>(place + step)]]);
+                  m_entries[places[static_cast<std::size_t>(place) + static_cast<std::size_t>(step)]]);
     m_index.isMade = false;
     return true;
 }
@@ -214,8 +228,8 @@ int CanvasActionManager::replacePointNames(const QList<QPair<QString, QString>>&
 {
     int count = 0;
     for (Entry& entry : m_entries) {
-        if (auto* action = dynamic_cast<TagAction*>(entry.action.get())) {
-            count += action->replacePointNames(m_hub, renames);
+        if (entry.known) {
+            count += entry.known->replacePointNames(m_hub, renames);
             continue;
         }
         for (ObjectTarget* target : targetsOf(*entry.action))
@@ -279,7 +293,7 @@ template <typename Change>
 void CanvasActionManager::watchOverlay(Entry& entry, const Change& change)
 {
     Shape* shape = drawnShape(entry);
-    const int before = shape ? shape->overlayState() : 0;
+    const quint64 before = shape ? shape->overlayState() : 0;
     change();
     if (shape && shape->overlayState() != before)
         shape->changed();
@@ -290,21 +304,30 @@ void CanvasActionManager::push(Entry& entry, bool force)
     if (!force && !entry.action->isDataChanged())
         return;
     entry.action->updateDatatoTarget(force);
-    countChange(entry);
+    countPush(entry);
 }
 
-void CanvasActionManager::countChange(Entry& entry)
+void CanvasActionManager::countPush(Entry& entry)
 {
     ++entry.changes;
     ++m_updateCount;
-    entry.lastBatch = m_batchCount;
-    entry.lastTime = m_lastBatchTime;
+}
+
+void CanvasActionManager::stamp(Entry& entry, quint64 batch)
+{
+    entry.lastBatch = batch;
+    entry.lastTime = hubTime();
+}
+
+QDateTime CanvasActionManager::hubTime() const
+{
+    return m_hub ? m_hub->currentTime() : QDateTime::currentDateTimeUtc();
 }
 
 void CanvasActionManager::refreshAll()
 {
-    for (Entry& entry : m_entries)
-        push(entry, true);
+    for (int place = 0; place < entryCount(); ++place)
+        push(entryAt(place), true);
 }
 
 void CanvasActionManager::takeBatch(const MwDataDepartment& batch)
@@ -312,7 +335,7 @@ void CanvasActionManager::takeBatch(const MwDataDepartment& batch)
     if (!isOpen() || !m_isShown)
         return;
     ++m_batchCount;
-    m_lastBatchTime = m_hub ? m_hub->currentTime() : QDateTime::currentDateTimeUtc();
+    m_lastBatchTime = hubTime();
     const bool hasFailed = batch.points.empty();
     const bool isTurn = hasFailed != m_isSourceFailed;
     m_isSourceFailed = hasFailed;
@@ -320,47 +343,69 @@ void CanvasActionManager::takeBatch(const MwDataDepartment& batch)
     if (!isIndexCurrent())
         makeIndex();
     if (hasFailed || m_isPassedToAll || isTurn) {
-        m_isPassedToAll = hasFailed || !m_isOverlayKept;
+        m_isPassedToAll = hasFailed;
         m_owedABatch.clear();
-        for (Entry& entry : m_entries)
-            pass(entry, batch, isTurn);
+        for (int place = 0; place < entryCount(); ++place)
+            pass(place, batch, isTurn);
         return;
     }
-    for (const int place : concernedBy(batch))
-        pass(m_entries[static_cast<std::size_t>(place)], batch, false);
+    collectConcerned(batch);
+    const std::vector<int> concerned = std::exchange(m_concerned, {}); // what an action does may end in another batch
+    for (const int place : concerned)
+        pass(place, batch, false);
+    m_concerned = concerned;
 }
 
-// Rules are undone when the source fails and take effect again when it is back, whatever the batch holds.
-void CanvasActionManager::pass(Entry& entry, const MwDataDepartment& batch, bool isTurn)
+// Rules are undone when their source fails and take effect again when it is back, whatever else the batch holds.
+void CanvasActionManager::pass(int place, const MwDataDepartment& batch, bool isTurn)
 {
+    Entry& entry = entryAt(place);
     watchOverlay(entry, [&] {
         entry.action->readDataFromSource(m_hub, batch, m_isOverlayKept ? 1 : 0);
-        const auto* ruled = isTurn ? dynamic_cast<const TagAction*>(entry.action.get()) : nullptr;
-        push(entry, ruled && !ruled->rules().empty());
+        const bool isChanged = entry.action->isDataChanged();
+        const bool isRuled = entry.known && !entry.known->rules().empty();
+        const bool isFailureNews = isRuled && entry.known->noteFailures(batch);
+        const bool isRuleTurn = isFailureNews || (isRuled && isTurn);
+        if (isChanged || isRuleTurn)
+            stamp(entry, m_batchCount);
+        if (isChanged && hasValueUnlikeItself(*entry.action))
+            owe(place);
+        push(entry, isRuleTurn);
     });
+}
+
+void CanvasActionManager::owe(int place)
+{
+    if (std::find(m_owedABatch.begin(), m_owedABatch.end(), place) == m_owedABatch.end())
+        m_owedABatch.push_back(place);
 }
 
 void CanvasActionManager::takeRecord(ObjectKey object, QuorixData& record)
 {
     if (!isOpen() || !m_isShown)
         return;
-    for (ScadaTagActionInterface* action : actionsBoundTo(object)) {
-        Entry& entry = *find(action);
+    for (int place = 0; place < entryCount(); ++place) {
+        Entry& entry = entryAt(place);
+        ScadaTagActionInterface* action = entry.action.get();
         const QList<ObjectTarget*> targets = targetsOf(*action);
+        if (!isBound(targets, object))
+            continue;
         QVariantList before;
         for (const ObjectTarget* target : targets)
             before.append(target->value());
         watchOverlay(entry, [&] {
             action->updateRTValue(record, object.type, static_cast<unsigned int>(object.id), m_isOverlayKept ? 1 : 0);
         });
-        for (int place = 0; place < targets.size(); ++place) {
-            if (targets.at(place)->value() != before.at(place)) {
-                countChange(entry);
+        for (int number = 0; number < targets.size(); ++number) {
+            if (targets.at(number)->value() != before.at(number)) {
+                countPush(entry);
+                stamp(entry, 0);
                 break;
             }
         }
-        // An overlay without a mark to show goes with the next batch, which must then not skip the action.
-        m_owedABatch.push_back(static_cast<int>(&entry - m_entries.data()));
+        if (entry.known && !entry.known->rules().empty() && entry.known->noteFailure(object, record))
+            push(entry, true);
+        owe(place); // an overlay without a mark to show goes with the next batch
     }
 }
 
@@ -368,9 +413,12 @@ void CanvasActionManager::takeProperty(const QString& name, const QVariant& valu
 {
     if (!isOpen())
         return;
-    for (Entry& entry : m_entries) {
-        if (entry.action->updatePropertyValue(name, value))
-            push(entry, false);
+    for (int place = 0; place < entryCount(); ++place) {
+        Entry& entry = entryAt(place);
+        if (!entry.action->updatePropertyValue(name, value))
+            continue;
+        stamp(entry, 0);
+        push(entry, false);
     }
 }
 
@@ -429,9 +477,9 @@ void CanvasActionManager::makeIndex()
 
 void CanvasActionManager::indexTargets(int place)
 {
-    ScadaTagActionInterface& action = *m_entries[static_cast<std::size_t>(place)].action;
+    ScadaTagActionInterface& action = *entryAt(place).action;
     // Only of the host's own actions is it known that they hand out the same targets every time.
-    bool isAlways = dynamic_cast<const TagAction*>(&action) == nullptr;
+    bool isAlways = entryAt(place).known == nullptr;
     for (const ObjectTarget* target : targetsOf(action)) {
         isAlways |= target->getLogDataInfo() || target->objectKindType() == ScadaObjectType::ApplicationProperty;
         IdMap<std::vector<int>>* family = indexOf(target->objectKindType());
@@ -445,8 +493,8 @@ void CanvasActionManager::indexTargets(int place)
         m_index.always.push_back(place);
 }
 
-// The places of the actions that can't be skipped, in the order in which they set their shapes.
-const std::vector<int>& CanvasActionManager::concernedBy(const MwDataDepartment& batch)
+// Collects the places of the actions that can't be skipped, in the order in which they set their shapes.
+void CanvasActionManager::collectConcerned(const MwDataDepartment& batch)
 {
     m_concerned.clear();
     const auto take = [this](const std::vector<int>& places) {
@@ -479,7 +527,6 @@ const std::vector<int>& CanvasActionManager::concernedBy(const MwDataDepartment&
     takeFamily(batch.rtus, m_index.rtus);
     takeFamily(batch.channels, m_index.channels);
     std::sort(m_concerned.begin(), m_concerned.end());
-    return m_concerned;
 }
 
 // Quality

@@ -6,12 +6,14 @@
 
 #include <QSet>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <vector>
 
 class KorvaneScadaCoreInterface;
 class Shape;
+class TagAction;
 
 /// The reference host's action manager of one page.
 ///
@@ -32,8 +34,8 @@ public:
     /// What changed an action last.
     struct LastChange
     {
-        quint64 batch = 0; ///< its number, from 1; 0 when the action has not changed since the page was opened
-        QDateTime time;    ///< the hub's
+        quint64 batch = 0; ///< its number, from 1; 0 for a property or a single record
+        QDateTime time;    ///< the hub's; invalid when it has not changed since the page was opened
     };
 
     /// \param hub not owned, must outlive the manager; null for a page without services
@@ -110,6 +112,7 @@ private:
     struct Entry
     {
         std::unique_ptr<ScadaTagActionInterface> action;
+        TagAction* known = nullptr;       ///< the action where it is one of the host's
         TesselInterface* shape = nullptr; ///< that drawn is
         Shape* drawn = nullptr;           ///< the action's shape where it is one of the host's
         quint64 changes = 0;
@@ -121,10 +124,15 @@ private:
     void indexTargets(int place);
     IdMap<std::vector<int>>* indexOf(Korvane::ScadaObjectType type);
     bool isIndexCurrent() const;
-    const std::vector<int>& concernedBy(const MwDataDepartment& batch);
-    void pass(Entry& entry, const MwDataDepartment& batch, bool isTurn);
+    void collectConcerned(const MwDataDepartment& batch);
+    void pass(int place, const MwDataDepartment& batch, bool isTurn);
+    void owe(int place);
+    Entry& entryAt(int place) { return m_entries[static_cast<std::size_t>(place)]; }
+    int entryCount() const { return static_cast<int>(m_entries.size()); }
     void push(Entry& entry, bool force);
-    void countChange(Entry& entry);
+    void countPush(Entry& entry);
+    void stamp(Entry& entry, quint64 batch);
+    QDateTime hubTime() const;
     void start(Entry& entry);
     Shape* drawnShape(Entry& entry);
     template <typename Change>
@@ -151,10 +159,12 @@ private:
     KVCanvasInterface* m_canvas;
     KorvaneScadaCoreInterface* m_hub;
     PresentRecords m_presentRecords;
-    std::vector<Entry> m_entries;
+    std::deque<Entry> m_entries; ///< an action may add others while it runs: entries stay where they are
     QSet<const ScadaTagActionInterface*> m_known; ///< the actions of the entries
     Index m_index;
-    std::vector<int> m_owedABatch; ///< actions that a single record left with an overlay that the next batch decides on
+    /// Actions that the next batch may not skip: a single record left an overlay that it decides on, or they hold a value
+    /// that is never the same as itself.
+    std::vector<int> m_owedABatch;
     std::vector<int> m_concerned;
     std::vector<quint64> m_foundIn; ///< the number of the batch that each place was last found to be concerned by
     QList<ScadaAlarm> m_pendingAlarms;

@@ -34,7 +34,10 @@ void LevelAction::applyToShape(bool)
 {
     bool isNumber = false;
     const double number = value().toDouble(&isNumber);
-    if (!isNumber || !shape() || m_low == m_high)
+    if (!shape() || m_low == m_high)
         return;
-    shape()->setNamedProperty(QStringLiteral("Level"), std::clamp((number - m_low) / (m_high - m_low), 0.0, 1.0));
+    QVariant level;
+    if (isNumber)
+        level = std::clamp((number - m_low) / (m_high - m_low), 0.0, 1.0);
+    shape()->setNamedProperty(QStringLiteral("Level"), level);
 }

@@ -33,6 +33,6 @@ void NumberAction::applyToShape(bool)
 {
     bool isNumber = false;
     const double number = value().toDouble(&isNumber);
-    if (isNumber && shape())
-        shape()->setNamedProperty(m_property, number * m_factor + m_offset);
+    if (shape())
+        shape()->setNamedProperty(m_property, isNumber ? QVariant(number * m_factor + m_offset) : QVariant());
 }

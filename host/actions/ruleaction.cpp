@@ -43,8 +43,10 @@ void RuleAction::runItSelf(CanvasScadaActionManagerInterface* manager, KorvaneSc
 
 void RuleAction::show(const QVariantMap& set)
 {
-    if (!shape())
+    // Without anything to take back, the shape is left to the other actions that it has.
+    if (!shape() || (set.isEmpty() && !m_isShowing))
         return;
+    m_isShowing = !set.isEmpty();
     for (auto property = m_drawn.begin(); property != m_drawn.end(); ++property)
         shape()->setNamedProperty(property.key(), set.value(property.key(), property.value()));
 }

@@ -23,5 +23,6 @@ protected:
     void show(const QVariantMap& set);
 
 private:
-    QVariantMap m_drawn; ///< the driven properties as the page was opened
+    QVariantMap m_drawn;      ///< the driven properties as the page was opened
+    bool m_isShowing = false; ///< what a rule sets, not what was drawn
 };

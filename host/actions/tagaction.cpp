@@ -1,7 +1,7 @@
 #include "host/actions/tagaction.h"
 
 #include "host/shapes/shape.h"
-#include "platform/data/quorixdata.h"
+#include "platform/data/mwdatadepartment.h"
 #include "platform/data/scadatagactionstream.h"
 #include "platform/data/valuemarks.h"
 #include "scada/hub/canvasscadaactionmanagerinterface.h"
@@ -98,6 +98,7 @@ QStringList TagAction::tags() const
 
 void TagAction::setTags(const QStringList& tags)
 {
+    m_failed.clear();
     m_bindings.clear();
     m_bindings.reserve(static_cast<std::size_t>(tags.size()));
     for (const QString& tag : tags)
@@ -118,6 +119,7 @@ QByteArray TagAction::unknownTargetMembers(int place) const
 
 void TagAction::setRules(const std::vector<ActionRule>& rules)
 {
+    m_failed.clear();
     m_rules = rules;
 }
 
@@ -273,6 +275,7 @@ int TagAction::replacePointNames(KorvaneScadaCoreInterface* hub, const QList<QPa
         if (!target.replacePointName(hub, renames))
             return;
         tag = target.getTagString();
+        m_failed.clear(); // of other objects, perhaps
         ++count;
     };
     for (Binding& binding : m_bindings)
@@ -293,28 +296,32 @@ void TagAction::runItSelf(CanvasScadaActionManagerInterface* manager, KorvaneSca
 
 bool TagAction::isSourceFailed() const
 {
-    return !m_failedPoints.empty() || (m_manager && m_manager->isSourceFailed());
+    return !m_failed.empty() || (m_manager && m_manager->isSourceFailed());
 }
 
-bool TagAction::updatePointValue(const QuorixData& data, Korvane::ScadaObjectType kind, unsigned int pointId)
+bool TagAction::noteFailure(ObjectKey object, const QuorixData& record)
 {
-    const bool isChanged = ScadaTagActionInterface::updatePointValue(data, kind, pointId);
-    if (m_rules.empty())
-        return isChanged;
-    return noteFailure(data, static_cast<qint32>(pointId)) || isChanged;
-}
-
-// \returns whether the answer of isSourceFailed() may be another one now.
-bool TagAction::noteFailure(const QuorixData& data, qint32 pointId)
-{
-    const QuorixValue* quality = data.GetValue("quality");
+    const QuorixValue* quality = record.GetValue("quality");
     const bool hasFailed = quality && (quality->toInt32() & ValueMark::CommunicationFailed);
-    const auto known = std::find(m_failedPoints.begin(), m_failedPoints.end(), pointId);
-    if (hasFailed == (known != m_failedPoints.end()))
+    const auto known = std::find(m_failed.begin(), m_failed.end(), object);
+    if (hasFailed == (known != m_failed.end()))
         return false;
     if (hasFailed)
-        m_failedPoints.push_back(pointId);
+        m_failed.push_back(object);
     else
-        m_failedPoints.erase(known);
+        m_failed.erase(known);
     return true;
+}
+
+bool TagAction::noteFailures(const MwDataDepartment& batch)
+{
+    QList<ObjectTarget*> targets;
+    collectTargets(targets);
+    bool isNews = false;
+    for (const ObjectTarget* target : qAsConst(targets)) {
+        const ObjectKey object{target->objectKindType(), target->getPid()};
+        if (const QuorixData* record = batch.find(object.type, object.id))
+            isNews |= noteFailure(object, *record);
+    }
+    return isNews;
 }

@@ -3,6 +3,7 @@
 #include "host/actions/actionrule.h"
 #include "host/actions/actionsetting.h"
 #include "host/hostexport.h"
+#include "platform/data/objectkey.h"
 #include "scada/binding/objecttarget.h"
 #include "scada/binding/scadatagactioninterface.h"
 
@@ -68,6 +69,14 @@ public:
     /// The newest value of the value at \p place; invalid without one.
     QVariant value(int place = 0) const;
 
+    /// Whether what the action reads has failed: the data source as a whole, or the source of one of its objects.
+    bool isSourceFailed() const;
+    /// Notes from a record whether the source of its object has failed; \p object must be one that the action is bound to.
+    /// \returns whether that is news.
+    bool noteFailure(ObjectKey object, const QuorixData& record);
+    /// Notes the same of all bound objects that are in \p batch, whatever field of them is bound.
+    bool noteFailures(const MwDataDepartment& batch);
+
     /// The condition that holds now, as text, and makes the shape look as it does; empty when none does.
     virtual QString matchedCondition() const { return {}; }
     /// The properties of the shape that the action sets.
@@ -94,12 +103,6 @@ public:
 protected:
     /// The page's manager, not owned; null before the page was opened.
     CanvasScadaActionManagerInterface* manager() const { return m_manager; }
-    /// Whether what the action reads has failed: the data source as a whole, or the source of one of its points.
-    bool isSourceFailed() const;
-
-    bool updatePointValue(const QuorixData& data, Korvane::ScadaObjectType kind, unsigned int pointId) override;
-
-    std::vector<ActionRule>& mutableRules() { return m_rules; }
 
 private:
     /// A target, and its tag as the engineer wrote it.
@@ -110,12 +113,11 @@ private:
         QByteArray unknownMembers;
     };
 
-    bool noteFailure(const QuorixData& data, qint32 pointId);
     void unbind();
 
     std::vector<Binding> m_bindings;
     std::vector<ActionRule> m_rules;
-    std::vector<qint32> m_failedPoints; ///< of the rules' points, those whose source failed
+    std::vector<ObjectKey> m_failed; ///< of the bound objects, those whose source has failed
     QByteArray m_unknownMembers;
     QByteArray m_unknownSettings;
     CanvasScadaActionManagerInterface* m_manager = nullptr;

@@ -51,8 +51,15 @@ QString TextAction::textOf(const QVariant& value) const
     return shown.replace(QLatin1String("%1"), text);
 }
 
+void TextAction::runItSelf(CanvasScadaActionManagerInterface* manager, KorvaneScadaCoreInterface* core)
+{
+    TagAction::runItSelf(manager, core);
+    if (shape())
+        m_drawn = shape()->namedProperty(m_property).toString();
+}
+
 void TextAction::applyToShape(bool)
 {
-    if (value().isValid() && shape())
-        shape()->setNamedProperty(m_property, textOf(value()));
+    if (shape())
+        shape()->setNamedProperty(m_property, value().isValid() ? textOf(value()) : m_drawn);
 }

@@ -16,6 +16,7 @@ public:
     QStringList drivenProperties() const override;
     ScadaTagActionInterface* clone(TesselInterface* shape) const override;
     void applyToShape(bool force) override;
+    void runItSelf(CanvasScadaActionManagerInterface* manager, KorvaneScadaCoreInterface* core) override;
 
     /// The text for \p value; empty for an invalid value.
     QString textOf(const QVariant& value) const;
@@ -24,5 +25,6 @@ private:
     QString m_property = QStringLiteral("Text");
     QString m_format = QStringLiteral("%1"); ///< "%1" stands for the value
     int m_decimals = -1;                     ///< of real numbers; -1 for as many as needed
+    QString m_drawn;                         ///< the text as the page was opened, for when there is no value
     QStringList m_texts;                     ///< for the values 0, 1, ...; numbers beyond them show in the format
 };

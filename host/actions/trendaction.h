@@ -3,7 +3,8 @@
 #include "host/actions/tagaction.h"
 
 /// Draws its values as the curves of a trend, one each, with the times of their records. Every record counts, changed or
-/// not; one whose source failed, or that is invalid, leaves a gap.
+/// not; one whose source failed, or that is invalid, leaves a gap. Fields that a record does not bring are drawn with the
+/// time of the batch, when they changed.
 class KORVANE_HOST_EXPORT TrendAction : public TagAction
 {
     Q_DECLARE_TR_FUNCTIONS(TrendAction)
@@ -27,5 +28,8 @@ private:
         qint64 timeMs;
         double value; ///< NaN for a gap
     };
+    void addPoint(int curve, qint64 timeMs, double value, bool isGap);
+
     std::vector<Point> m_waiting; ///< for the end of the batch
+    std::vector<qint64> m_lastMs; ///< of each curve, the time up to which it is drawn
 };

@@ -115,22 +115,37 @@ void CanvasView::refresh()
     m_isScheduled = false;
     if (!isVisible())
         return;
-    const QRegion changed = m_renderer.render();
+    showChanged(m_renderer.render());
+}
+
+// Has what changed, in device pixels, painted; the frame of a selected shape goes with it.
+void CanvasView::showChanged(const QRegion& changed)
+{
     if (changed.isEmpty())
         return;
-    const double ratio = viewport()->devicePixelRatioF();
-    if (changed.rectCount() > manyRects || ratio != 1)
+    if (changed.rectCount() > manyRects) {
         viewport()->update();
-    else
-        viewport()->update(changed);
+        return;
+    }
+    const double ratio = viewport()->devicePixelRatioF();
+    for (const QRect& rect : changed) {
+        const QRectF logical(QPointF(rect.topLeft()) / ratio, QSizeF(rect.size()) / ratio);
+        viewport()->update(logical.toAlignedRect());
+    }
+    if (m_selected)
+        viewport()->update(m_selectionFrame.united(viewportRect(*m_selected)).adjusted(-2, -2, 2, 2));
 }
 
 void CanvasView::paintEvent(QPaintEvent* event)
 {
-    m_isScheduled = false;
-    m_renderer.render();
-    QPainter painter(viewport());
     const double ratio = viewport()->devicePixelRatioF();
+    if (m_renderer.image().size() != (QSizeF(viewport()->size()) * ratio).toSize())
+        place(); // the window came to a screen of other pixels
+    // What changed since this painting was asked for may lie outside of what is painted now.
+    const QRegion late = m_renderer.render();
+    if (!late.isEmpty() && event->region() != QRegion(viewport()->rect()))
+        showChanged(late);
+    QPainter painter(viewport());
     const QImage& image = m_renderer.image();
     if (ratio == 1) {
         for (const QRect& rect : event->region())
@@ -142,7 +157,8 @@ void CanvasView::paintEvent(QPaintEvent* event)
     }
     if (m_selected) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-        painter.drawRect(viewportRect(*m_selected));
+        m_selectionFrame = viewportRect(*m_selected);
+        painter.drawRect(m_selectionFrame);
     }
     ++m_paints;
     Q_EMIT painted();

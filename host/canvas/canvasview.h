@@ -45,7 +45,7 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// A frame that shows every change so far is on its way to the screen.
+    /// A frame is on its way to the screen.
     void painted();
     /// The left button was pressed and released over the page; null for its background.
     void clicked(::Shape* shape);
@@ -64,6 +64,7 @@ protected:
 private:
     void schedule();
     void place();
+    void showChanged(const QRegion& changed);
     double fittingZoom() const;
     QPointF toPage(QPoint viewportPosition) const;
     QRect viewportRect(const ::Shape& shape) const;
@@ -71,6 +72,7 @@ private:
     Canvas& m_canvas;
     PageRenderer m_renderer;
     ::Shape* m_selected = nullptr;
+    QRect m_selectionFrame;
     QPoint m_pressedAt;
     QPoint m_draggedFrom;
     double m_zoom = 1; ///< while not fitted

@@ -19,46 +19,41 @@ using rapidjson::SizeType;
 constexpr unsigned parseFlags =
     rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag | rapidjson::kParseValidateEncodingFlag;
 
-/// Hands everything on to the document, and notes where objects and arrays begin.
+/// Hands everything on to the document, and notes where values begin.
 struct Locator
 {
     rapidjson::Document& document;
     const rapidjson::MemoryStream& stream;
-    std::vector<std::size_t>& offsets;
+    std::vector<quint32>& offsets;
     int depth = 0;
     bool isTooDeep = false;
-    bool isTooLarge = false;
 
+    void note(std::size_t length) { offsets.push_back(static_cast<quint32>(stream.Tell() - length)); }
     bool open()
     {
-        offsets.push_back(stream.Tell());
+        note(0);
         isTooDeep = ++depth > JsonText::mostDepth;
         return !isTooDeep;
     }
-    bool Null() { return document.Null(); }
-    bool Bool(bool b) { return document.Bool(b); }
-    bool Int(int i) { return document.Int(i); }
-    bool Uint(unsigned i) { return document.Uint(i); }
-    bool Int64(int64_t i) { return document.Int64(i); }
-    bool Uint64(uint64_t i) { return document.Uint64(i); }
-    bool Double(double d) { return document.Double(d); }
+    bool Null() { return note(0), document.Null(); }
+    bool Bool(bool b) { return note(0), document.Bool(b); }
+    bool Int(int i) { return note(0), document.Int(i); }
+    bool Uint(unsigned i) { return note(0), document.Uint(i); }
+    bool Int64(int64_t i) { return note(0), document.Int64(i); }
+    bool Uint64(uint64_t i) { return note(0), document.Uint64(i); }
+    bool Double(double d) { return note(0), document.Double(d); }
     bool RawNumber(const char* s, SizeType length, bool)
     {
+        note(length);
         const char* end = s + length;
         int64_t whole = 0;
         if (const auto read = std::from_chars(s, end, whole); read.ec == std::errc() && read.ptr == end)
             return document.Int64(whole);
-        double real = 0;
+        double real = 0; // stays so for what is too small for a double; what is too large the parser has refused
         const auto read = std::from_chars(s, end, real);
-        if (read.ptr != end)
-            return false;
-        if (read.ec == std::errc())
-            return document.Double(real);
-        // Out of range: what is too small for a double is 0.
-        isTooLarge = QByteArray::fromRawData(s, static_cast<int>(length)).indexOf("-", 1) < 0;
-        return !isTooLarge && document.Double(0);
+        return read.ptr == end && document.Double(read.ec == std::errc() ? real : 0);
     }
-    bool String(const char* s, SizeType length, bool copy) { return document.String(s, length, copy); }
+    bool String(const char* s, SizeType length, bool copy) { return note(length), document.String(s, length, copy); }
     bool Key(const char* s, SizeType length, bool copy) { return document.Key(s, length, copy); }
     bool StartObject() { return open() && document.StartObject(); }
     bool EndObject(SizeType count)
@@ -74,39 +69,32 @@ struct Locator
     }
 };
 
-/// Turns offsets, taken in rising order, into lines.
-class LineCounter
-{
-public:
-    explicit LineCounter(const QByteArray& text) : m_text(text) {}
-    int lineAt(std::size_t offset)
-    {
-        const auto* begin = m_text.constData();
-        const std::size_t end = std::min(offset, static_cast<std::size_t>(m_text.size()));
-        m_line += static_cast<int>(std::count(begin + m_offset, begin + end, '\n'));
-        m_offset = end;
-        return m_line;
-    }
-
-private:
-    const QByteArray& m_text;
-    std::size_t m_offset = 0;
-    int m_line = 1;
-};
-
-// Objects and arrays come in the order in which they begin; the depth is bounded.
+// Values come in the order in which they begin; the depth is bounded.
 template <typename Visit>
-void visitContainers(const rapidjson::Value& value, const Visit& visit)
+void visitValues(const rapidjson::Value& value, const Visit& visit)
 {
+    visit(value);
     if (value.IsObject()) {
-        visit(value);
         for (const auto& member : value.GetObject())
-            visitContainers(member.value, visit);
+            visitValues(member.value, visit);
     } else if (value.IsArray()) {
-        visit(value);
         for (const auto& element : value.GetArray())
-            visitContainers(element, visit);
+            visitValues(element, visit);
     }
+}
+
+std::vector<quint32> lineEndsOf(const QByteArray& text)
+{
+    std::vector<quint32> ends;
+    for (int place = text.indexOf('\n'); place >= 0; place = text.indexOf('\n', place + 1))
+        ends.push_back(static_cast<quint32>(place));
+    return ends;
+}
+
+int lineAt(const std::vector<quint32>& lineEnds, std::size_t offset)
+{
+    const auto end = std::lower_bound(lineEnds.begin(), lineEnds.end(), offset);
+    return static_cast<int>(end - lineEnds.begin()) + 1;
 }
 
 } // namespace
@@ -119,42 +107,39 @@ JsonText::~JsonText() = default;
 tl::expected<JsonText, QString> JsonText::parse(const QByteArray& text)
 {
     JsonText parsed;
-    std::vector<std::size_t> offsets;
     rapidjson::ParseResult result;
     bool isTooDeep = false;
-    bool isTooLarge = false;
     std::size_t end = 0;
     auto fill = [&](rapidjson::Document& document) {
         rapidjson::MemoryStream stream(text.constData(), static_cast<std::size_t>(text.size()));
-        Locator locator{document, stream, offsets};
+        Locator locator{document, stream, parsed.m_offsets};
         rapidjson::Reader reader;
         result = reader.Parse<parseFlags>(stream, locator);
         isTooDeep = locator.isTooDeep;
-        isTooLarge = locator.isTooLarge;
         end = stream.Tell();
         return !result.IsError();
     };
     parsed.m_document.Populate(fill);
-    LineCounter lines(text);
+    parsed.m_lineEnds = lineEndsOf(text);
     if (isTooDeep)
         return tl::make_unexpected(
-            QStringLiteral("line %1: nested deeper than %2 levels").arg(lines.lineAt(end)).arg(mostDepth));
-    if (isTooLarge)
-        return tl::make_unexpected(QStringLiteral("line %1: a number that is too large").arg(lines.lineAt(end)));
+            QStringLiteral("line %1: nested deeper than %2 levels").arg(lineAt(parsed.m_lineEnds, end)).arg(mostDepth));
     if (result.IsError()) {
         return tl::make_unexpected(QStringLiteral("line %1: %2")
-                                       .arg(lines.lineAt(result.Offset()))
+                                       .arg(lineAt(parsed.m_lineEnds, result.Offset()))
                                        .arg(QLatin1String(rapidjson::GetParseError_En(result.Code()))));
     }
-    parsed.m_lines.reserve(offsets.size());
-    auto offset = offsets.begin();
-    visitContainers(parsed.m_document,
-                    [&](const rapidjson::Value& value) { parsed.m_lines.emplace(&value, lines.lineAt(*offset++)); });
     return parsed;
 }
 
 int JsonText::lineOf(const rapidjson::Value& value) const
 {
+    if (m_lines.empty()) {
+        m_lines.reserve(m_offsets.size());
+        auto offset = m_offsets.begin();
+        visitValues(m_document,
+                    [&](const rapidjson::Value& each) { m_lines.emplace(&each, lineAt(m_lineEnds, *offset++)); });
+    }
     const auto found = m_lines.find(&value);
     return found == m_lines.end() ? 0 : found->second;
 }

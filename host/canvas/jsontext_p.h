@@ -11,6 +11,7 @@
 #include <tl/expected.hpp>
 
 #include <unordered_map>
+#include <vector>
 
 /// A JSON text read from a file, with the lines its objects begin on.
 ///
@@ -28,7 +29,8 @@ public:
     ~JsonText();
 
     const rapidjson::Value& root() const { return m_document; }
-    /// Line on which the object or array \p value begins, from 1; 0 for any other value.
+    /// Line on which \p value begins, from 1; 0 for one that is not of this text. Made for problems: the first call goes
+    /// through the whole text.
     int lineOf(const rapidjson::Value& value) const;
 
     /// The text of \p value, without white space.
@@ -41,5 +43,7 @@ private:
     JsonText();
 
     rapidjson::Document m_document;
-    std::unordered_map<const rapidjson::Value*, int> m_lines;
+    std::vector<quint32> m_offsets; ///< of the values, in the order in which they begin
+    std::vector<quint32> m_lineEnds;
+    mutable std::unordered_map<const rapidjson::Value*, int> m_lines;
 };

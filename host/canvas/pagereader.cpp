@@ -15,12 +15,19 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <initializer_list>
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace {
 
 using rapidjson::Value;
+
+/// Names of members whose values were taken; what is not among them is kept as it stands.
+using Taken = std::vector<const char*>;
+
+constexpr int largestPage = 100000;  // page units; more than painting can count in at the largest zoom
+constexpr double farthest = 1000000; // place of a shape
 
 /// What is read into one page.
 class Reading
@@ -37,26 +44,30 @@ public:
 private:
     void readLayer(const Value& stored);
     std::unique_ptr<Shape> readShape(const Value& stored);
-    void readPlace(Shape& shape, const Value& stored);
-    void readProperties(Shape& shape, const Value& stored);
+    bool readPlace(Shape& shape, const Value& stored);
+    bool readProperties(Shape& shape, const Value& stored);
     void readActions(Shape& shape, const Value& stored);
     std::unique_ptr<TagAction> readAction(Shape& shape, const Value& stored);
-    void readTargets(TagAction& action, const Value& stored, const ScadaTagActionStream& stream);
-    void readRules(TagAction& action, const Value& stored, const ScadaTagActionStream& stream);
-    RuleCondition readCondition(const Value& stored, const ScadaTagActionStream& stream);
+    using Parts = tl::expected<void, QString>;
+    tl::expected<std::unique_ptr<TagAction>, QString> readParts(Shape& shape, const Value& stored);
+    Parts readTargets(TagAction& action, const Value& stored, const ScadaTagActionStream& stream);
+    Parts readRules(TagAction& action, const Shape& shape, const Value& stored, const ScadaTagActionStream& stream);
+    tl::expected<QVariantMap, QString> readSet(const Value& stored, const Shape& shape);
+    tl::expected<RuleCondition, QString> readCondition(const Value& stored, const ScadaTagActionStream& stream);
     void readSettings(TagAction& action, const Value& stored);
     void checkTag(const QString& tag, const Value& where);
     std::unique_ptr<Shape> placeholder(const Value& stored, const QString& reason);
+    const Value* textIn(const Value& object, const char* name, Taken& taken);
+    bool flagIn(const Value& object, const char* name, Taken& taken);
     void problem(const Value& where, const QString& text);
 
     Page& m_page;
     const JsonText& m_json;
     ScadaRuntimeInterface* m_runtime;
     QString m_object; ///< what is being read, for problems
-    int m_line = 0;   ///< where it begins
 };
 
-QByteArray unknownMembers(const Value& object, std::initializer_list<const char*> known)
+QByteArray unknownMembers(const Value& object, const Taken& known)
 {
     if (!object.IsObject())
         return {};
@@ -80,33 +91,65 @@ QString textMember(const Value& object, const char* name)
 
 void Reading::problem(const Value& where, const QString& text)
 {
-    const int line = m_json.lineOf(where);
     const QString object = m_object.isEmpty() ? QString() : m_object + QStringLiteral(": ");
     m_page.problems.append(
-        QStringLiteral("%1:%2: %3%4").arg(m_page.fileName, QString::number(line ? line : m_line), object, text));
+        QStringLiteral("%1:%2: %3%4").arg(m_page.fileName, QString::number(m_json.lineOf(where)), object, text));
 }
 
 void Reading::readCanvas(const Value& root)
 {
     Canvas& canvas = *m_page.canvas;
-    canvas.setUnknownMembers(unknownMembers(root, {"format", "version", "title", "size", "background", "layers"}));
-    canvas.setTitle(textMember(root, "title"));
+    Taken taken = {"format", "version", "layers"};
     m_object = QStringLiteral("page");
+    if (const Value* stored = textIn(root, "title", taken))
+        canvas.setTitle(JsonText::stringOf(*stored));
     if (const Value* stored = JsonText::member(root, "size")) {
-        const QVariant size = JsonValues::read(*stored, ShapeProperty::Kind::Size);
-        if (size.isValid() && size.toSizeF().width() >= 1 && size.toSizeF().height() >= 1)
-            canvas.setSize(size.toSizeF());
-        else
-            problem(*stored, QStringLiteral("\"size\" is no pair of numbers from 1: the default is used"));
+        const QSizeF size = JsonValues::read(*stored, ShapeProperty::Kind::Size).toSizeF();
+        if (size.width() >= 1 && size.height() >= 1 && size.width() <= largestPage && size.height() <= largestPage) {
+            canvas.setSize(size);
+            taken.push_back("size");
+        } else {
+            problem(
+                *stored,
+                QStringLiteral("\"size\" is no pair of numbers from 1 to %1: the default is used").arg(largestPage));
+        }
     }
     if (const Value* stored = JsonText::member(root, "background")) {
         const QVariant color = JsonValues::read(*stored, ShapeProperty::Kind::Color);
-        if (color.isValid())
+        if (color.value<QColor>().isValid()) {
             canvas.setBackground(color.value<QColor>());
-        else
+            taken.push_back("background");
+        } else {
             problem(*stored, QStringLiteral("\"background\" is no colour: the default is used"));
+        }
     }
+    canvas.setUnknownMembers(unknownMembers(root, taken));
     m_object.clear();
+}
+
+// A member that has to be a text; anything else is a problem and is kept.
+const Value* Reading::textIn(const Value& object, const char* name, Taken& taken)
+{
+    const Value* found = JsonText::member(object, name);
+    if (found && found->IsString()) {
+        taken.push_back(name);
+        return found;
+    }
+    if (found)
+        problem(*found, QStringLiteral("\"%1\" is no text").arg(QLatin1String(name)));
+    return nullptr;
+}
+
+// A member that has to be true or false, true unless it stands there; anything else is a problem and is kept.
+bool Reading::flagIn(const Value& object, const char* name, Taken& taken)
+{
+    const Value* found = JsonText::member(object, name);
+    if (found && !found->IsBool()) {
+        problem(*found, QStringLiteral("\"%1\" is neither true nor false: true is used").arg(QLatin1String(name)));
+        return true;
+    }
+    taken.push_back(name);
+    return !found || found->GetBool();
 }
 
 void Reading::readLayers(const Value& layers)
@@ -120,18 +163,14 @@ void Reading::readLayer(const Value& stored)
     const QString name = textMember(stored, "name");
     Layer& layer = m_page.canvas->addLayer(name);
     m_object = QStringLiteral("layer \"%1\"").arg(name);
-    m_line = m_json.lineOf(stored);
     if (!stored.IsObject()) {
         m_page.canvas->addShape(layer, placeholder(stored, QStringLiteral("a layer that is no object")));
         return;
     }
-    layer.setUnknownMembers(unknownMembers(stored, {"name", "visible", "marks", "shapes"}));
-    const auto flag = [&stored](const char* member) {
-        const Value* found = JsonText::member(stored, member);
-        return !found || !found->IsBool() || found->GetBool();
-    };
-    m_page.canvas->setLayerVisible(layer, flag("visible"));
-    m_page.canvas->setMarksShown(layer, flag("marks"));
+    Taken taken = {"name", "shapes"};
+    m_page.canvas->setLayerVisible(layer, flagIn(stored, "visible", taken));
+    m_page.canvas->setMarksShown(layer, flagIn(stored, "marks", taken));
+    layer.setUnknownMembers(unknownMembers(stored, taken));
     const Value* shapes = JsonText::member(stored, "shapes");
     if (!shapes)
         return;
@@ -141,8 +180,6 @@ void Reading::readLayer(const Value& stored)
     }
     m_page.canvas->reserve(layer, shapes->Size());
     for (const Value& shape : shapes->GetArray()) {
-        if (const int line = m_json.lineOf(shape))
-            m_line = line;
         m_object = QStringLiteral("shape \"%1\"").arg(textMember(shape, "name"));
         Shape& added = m_page.canvas->addShape(layer, readShape(shape));
         const Value* actions = JsonText::member(shape, "actions");
@@ -176,29 +213,39 @@ std::unique_ptr<Shape> Reading::readShape(const Value& stored)
     std::unique_ptr<Shape> shape = ShapeFactory::create(className);
     if (!shape)
         return placeholder(stored, QStringLiteral("unknown class \"%1\"").arg(className));
-    shape->setName(textMember(stored, "name"));
-    shape->setUnknownMembers(unknownMembers(stored, {"class", "name", "place", "properties", "actions"}));
-    readPlace(*shape, stored);
-    if (const Value* properties = JsonText::member(stored, "properties"))
-        readProperties(*shape, *properties);
+    Taken taken = {"class", "actions"};
+    if (const Value* name = textIn(stored, "name", taken))
+        shape->setName(JsonText::stringOf(*name));
+    if (readPlace(*shape, stored))
+        taken.push_back("place");
+    const Value* properties = JsonText::member(stored, "properties");
+    if (!properties || readProperties(*shape, *properties))
+        taken.push_back("properties");
+    shape->setUnknownMembers(unknownMembers(stored, taken));
     return shape;
 }
 
-void Reading::readPlace(Shape& shape, const Value& stored)
+bool Reading::readPlace(Shape& shape, const Value& stored)
 {
     const Value* place = JsonText::member(stored, "place");
     const QVariant rect = place ? JsonValues::read(*place, ShapeProperty::Kind::Rect) : QVariant();
-    if (rect.isValid())
-        shape.setPlace(rect.toRectF());
-    else
-        problem(stored, QStringLiteral("\"place\" is not four numbers: the shape lies in the top left corner"));
+    const QRectF read = rect.toRectF();
+    if (rect.isValid() && std::abs(read.x()) <= farthest && std::abs(read.y()) <= farthest &&
+        read.width() <= farthest && read.height() <= farthest) {
+        shape.setPlace(read);
+        return true;
+    }
+    problem(place ? *place : stored,
+            QStringLiteral("\"place\" is not four numbers up to %1: the shape lies in the top left corner")
+                .arg(farthest, 0, 'f', 0));
+    return false;
 }
 
-void Reading::readProperties(Shape& shape, const Value& stored)
+bool Reading::readProperties(Shape& shape, const Value& stored)
 {
     if (!stored.IsObject()) {
-        problem(stored, QStringLiteral("\"properties\" is no object and was skipped"));
-        return;
+        problem(stored, QStringLiteral("\"properties\" is no object: the defaults are used"));
+        return false;
     }
     rapidjson::Document kept(rapidjson::kObjectType);
     for (const auto& member : stored.GetObject()) {
@@ -216,6 +263,7 @@ void Reading::readProperties(Shape& shape, const Value& stored)
     }
     if (!kept.ObjectEmpty())
         shape.setUnknownProperties(JsonText::textOf(kept));
+    return true;
 }
 
 void Reading::readActions(Shape& shape, const Value& stored)
@@ -229,31 +277,48 @@ void Reading::readActions(Shape& shape, const Value& stored)
         m_page.actions->addAction(readAction(shape, action).release());
 }
 
+// An action of which a part can't be read does nothing, and stays in the file as it stands.
 std::unique_ptr<TagAction> Reading::readAction(Shape& shape, const Value& stored)
+{
+    auto action = readParts(shape, stored);
+    if (action)
+        return std::move(*action);
+    problem(stored, action.error() + QStringLiteral(": the action does nothing"));
+    return std::make_unique<UnloadedAction>(&shape, JsonText::textOf(stored));
+}
+
+tl::expected<std::unique_ptr<TagAction>, QString> Reading::readParts(Shape& shape, const Value& stored)
 {
     const Value* type = JsonText::member(stored, "type");
     std::unique_ptr<TagAction> action =
         type && type->IsInt() ? TagActionFactory::make(type->GetInt(), &shape) : nullptr;
     if (!action) {
-        problem(stored,
-                QStringLiteral("unknown action type %1: the action does nothing")
-                    .arg(type ? QString::fromUtf8(JsonText::textOf(*type).left(80)) : QStringLiteral("(none)")));
-        return std::make_unique<UnloadedAction>(&shape, JsonText::textOf(stored));
+        return tl::make_unexpected(
+            QStringLiteral("unknown action type %1")
+                .arg(type ? QString::fromUtf8(JsonText::textOf(*type).left(80)) : QStringLiteral("(none)")));
     }
-    action->setUnknownMembers(unknownMembers(stored, {"type", "version", "targets", "rules", "settings"}));
     const Value* storedVersion = JsonText::member(stored, "version");
-    const ScadaTagActionStream stream(storedVersion && storedVersion->IsUint() ? storedVersion->GetUint()
-                                                                               : ScadaTagActionStream::currentVersion);
-    if (const Value* targets = JsonText::member(stored, "targets"))
-        readTargets(*action, *targets, stream);
-    if (const Value* rules = JsonText::member(stored, "rules"))
-        readRules(*action, *rules, stream);
-    if (const Value* settings = JsonText::member(stored, "settings"))
+    if (storedVersion && !storedVersion->IsUint())
+        return tl::make_unexpected(QStringLiteral("\"version\" is no whole number"));
+    const ScadaTagActionStream stream(storedVersion ? storedVersion->GetUint() : ScadaTagActionStream::currentVersion);
+    action->setUnknownMembers(unknownMembers(stored, {"type", "version", "targets", "rules", "settings"}));
+    if (const Value* targets = JsonText::member(stored, "targets")) {
+        if (const auto read = readTargets(*action, *targets, stream); !read)
+            return tl::make_unexpected(read.error());
+    }
+    if (const Value* rules = JsonText::member(stored, "rules")) {
+        if (const auto read = readRules(*action, shape, *rules, stream); !read)
+            return tl::make_unexpected(read.error());
+    }
+    if (const Value* settings = JsonText::member(stored, "settings")) {
+        if (!settings->IsObject())
+            return tl::make_unexpected(QStringLiteral("\"settings\" is no object"));
         readSettings(*action, *settings);
+    }
     return action;
 }
 
-/// The bytes of a stored record; nothing, and a reason, for a text that is no base64.
+/// The bytes of a stored record; nothing where there is none, and a reason for a text that is no base64.
 tl::expected<QByteArray, QString> recordOf(const Value& stored)
 {
     const Value* record = JsonText::member(stored, "record");
@@ -266,26 +331,42 @@ tl::expected<QByteArray, QString> recordOf(const Value& stored)
     return decoded.decoded;
 }
 
-void Reading::readTargets(TagAction& action, const Value& stored, const ScadaTagActionStream& stream)
+/// What a stored record gives: read by \p read, or a reason why it can't be.
+template <typename Read>
+tl::expected<void, QString> readRecord(const Value& stored, const Read& read)
 {
-    if (!stored.IsArray()) {
-        problem(stored, QStringLiteral("\"targets\" is no array: the action has none"));
-        return;
-    }
+    const auto record = recordOf(stored);
+    if (!record)
+        return tl::make_unexpected(record.error());
+    if (record->isEmpty())
+        return tl::make_unexpected(QString());
+    QDataStream in(*record);
+    in.setVersion(QDataStream::Qt_4_6);
+    read(in);
+    if (in.status() != QDataStream::Ok)
+        return tl::make_unexpected(QStringLiteral("\"record\" is cut off"));
+    return {};
+}
+
+Reading::Parts Reading::readTargets(TagAction& action, const Value& stored, const ScadaTagActionStream& stream)
+{
+    if (!stored.IsArray())
+        return tl::make_unexpected(QStringLiteral("\"targets\" is no array"));
     for (const Value& target : stored.GetArray()) {
-        const Value* tag = JsonText::member(target, "tag");
-        const auto record = recordOf(target);
-        if (!record)
-            problem(target, record.error() + QStringLiteral(": the tag's text is used"));
         ObjectTarget read;
-        if (record && !record->isEmpty())
-            read = ObjectTarget::makeFromByteStream(*record, stream);
+        const auto record = readRecord(target, [&](QDataStream& in) { read.fromStream(in, stream); });
+        const Value* tag = JsonText::member(target, "tag");
+        if (!target.IsObject() || (tag && !tag->IsString()) || (!tag && !record))
+            return tl::make_unexpected(QStringLiteral("a target without a tag that could be read"));
+        if (!record && !record.error().isEmpty())
+            problem(target, record.error() + QStringLiteral(": the tag's text is used"));
         // The text says more than the record can, and is what people edit: where they differ, it wins.
-        if (tag && tag->IsString() && JsonText::stringOf(*tag) != read.getTagString())
+        if (!record || (tag && JsonText::stringOf(*tag) != read.getTagString()))
             read = ObjectTarget::fromTagString(JsonText::stringOf(*tag));
         checkTag(read.getTagString(), target);
         action.addTarget(read, unknownMembers(target, {"tag", "record"}));
     }
+    return {};
 }
 
 void Reading::checkTag(const QString& tag, const Value& where)
@@ -302,81 +383,105 @@ void Reading::checkTag(const QString& tag, const Value& where)
         problem(where, QStringLiteral("tag \"%1\" names no known object").arg(tag));
 }
 
-void Reading::readRules(TagAction& action, const Value& stored, const ScadaTagActionStream& stream)
+Reading::Parts Reading::readRules(TagAction& action, const Shape& shape, const Value& stored,
+                                  const ScadaTagActionStream& stream)
 {
-    if (!stored.IsArray()) {
-        problem(stored, QStringLiteral("\"rules\" is no array: the action has none"));
-        return;
-    }
+    if (!stored.IsArray())
+        return tl::make_unexpected(QStringLiteral("\"rules\" is no array"));
     std::vector<ActionRule> rules;
     for (const Value& rule : stored.GetArray()) {
         ActionRule read;
         const Value* conditions = JsonText::member(rule, "when");
         if (!conditions || !conditions->IsArray())
-            problem(rule, QStringLiteral("a rule without conditions never holds"));
-        else {
-            for (const Value& condition : conditions->GetArray())
-                read.conditions.push_back(readCondition(condition, stream));
+            return tl::make_unexpected(QStringLiteral("a rule without conditions"));
+        for (const Value& condition : conditions->GetArray()) {
+            auto part = readCondition(condition, stream);
+            if (!part)
+                return tl::make_unexpected(part.error());
+            read.conditions.push_back(*part);
         }
-        const Value* set = JsonText::member(rule, "set");
-        if (set && set->IsObject())
-            read.set = JsonValues::readMap(*set);
+        if (const Value* set = JsonText::member(rule, "set")) {
+            if (const auto values = readSet(*set, shape); values)
+                read.set = *values;
+            else
+                return tl::make_unexpected(values.error());
+        }
         read.unknownMembers = unknownMembers(rule, {"when", "set"});
         rules.push_back(read);
     }
     action.setRules(rules);
+    return {};
 }
 
-RuleCondition Reading::readCondition(const Value& stored, const ScadaTagActionStream& stream)
+// What a rule sets: properties of the shape, and whether it blinks.
+tl::expected<QVariantMap, QString> Reading::readSet(const Value& stored, const Shape& shape)
 {
-    RuleCondition read;
-    const auto record = recordOf(stored);
-    if (!record)
-        problem(stored, record.error() + QStringLiteral(": the condition's texts are used"));
-    if (record && !record->isEmpty()) {
-        QDataStream in(*record);
-        in.setVersion(QDataStream::Qt_4_6);
-        ScadaCondition condition;
-        condition.fromStream(in, stream);
-        if (in.status() == QDataStream::Ok)
-            read = RuleCondition(condition);
-        else
-            problem(stored, QStringLiteral("\"record\" is cut off: the condition's texts are used"));
+    if (!stored.IsObject())
+        return tl::make_unexpected(QStringLiteral("\"set\" is no object"));
+    QVariantMap values;
+    for (const auto& member : stored.GetObject()) {
+        const QString name = JsonText::stringOf(member.name);
+        const ShapeProperty* property = shape.shapeClass().find(name);
+        const bool isBlink = name == QLatin1String("Blink");
+        if (!property && !isBlink)
+            return tl::make_unexpected(QStringLiteral("a rule sets \"%1\", which the shape does not have").arg(name));
+        const QVariant value = JsonValues::read(member.value, isBlink ? ShapeProperty::Kind::Boolean : property->kind);
+        if (!value.isValid())
+            return tl::make_unexpected(QStringLiteral("a rule sets \"%1\" to what it can't be").arg(name));
+        values.insert(name, value);
     }
+    return values;
+}
+
+tl::expected<RuleCondition, QString> Reading::readCondition(const Value& stored, const ScadaTagActionStream& stream)
+{
+    ScadaCondition condition;
+    const auto record = readRecord(stored, [&](QDataStream& in) { condition.fromStream(in, stream); });
+    ConditionData data = record ? RuleCondition(condition).data() : ConditionData();
+    const bool isWritten = JsonText::member(stored, "tag") && JsonText::member(stored, "bound");
+    if (!stored.IsObject() || (!record && !isWritten))
+        return tl::make_unexpected(QStringLiteral("a condition that can't be read"));
+    if (!record && !record.error().isEmpty())
+        problem(stored, record.error() + QStringLiteral(": the condition's texts are used"));
     // Texts win over the record.
-    ConditionData data = read.data();
-    if (const Value* tag = JsonText::member(stored, "tag"))
-        data.leftTag = JsonText::stringOf(*tag);
-    if (const Value* bound = JsonText::member(stored, "bound"))
-        data.rightText = JsonText::stringOf(*bound);
+    for (const auto& [name, text] : {std::pair("tag", &data.leftTag), std::pair("bound", &data.rightText)}) {
+        if (const Value* written = JsonText::member(stored, name)) {
+            if (!written->IsString())
+                return tl::make_unexpected(
+                    QStringLiteral("a condition whose \"%1\" is no text").arg(QLatin1String(name)));
+            *text = JsonText::stringOf(*written);
+        }
+    }
     if (const Value* text = JsonText::member(stored, "operator")) {
         const auto operation = JsonValues::operatorOf(JsonText::stringOf(*text));
         if (!operation)
-            problem(
-                stored,
-                QStringLiteral("unknown operator \"%1\": the condition never holds").arg(JsonText::stringOf(*text)));
-        data.operation = operation.value_or(static_cast<Korvane::OpType>(-1));
+            return tl::make_unexpected(
+                QStringLiteral("unknown operator %1").arg(QString::fromUtf8(JsonText::textOf(*text))));
+        data.operation = *operation;
     }
-    if (const Value* text = JsonText::member(stored, "link"))
+    if (const Value* text = JsonText::member(stored, "link")) {
         data.logic = JsonValues::linkOf(JsonText::stringOf(*text));
+        if (data.logic == Korvane::LogicType::None)
+            return tl::make_unexpected(
+                QStringLiteral("unknown link %1").arg(QString::fromUtf8(JsonText::textOf(*text))));
+    }
+    if (data.operation < Korvane::OpType::Equal || data.operation > Korvane::OpType::NotEqual)
+        return tl::make_unexpected(QStringLiteral("unknown operator %1").arg(static_cast<int>(data.operation)));
     checkTag(data.leftTag, stored);
-    read = RuleCondition(data);
+    checkTag(data.rightText, stored);
+    RuleCondition read(data);
     read.unknownMembers = unknownMembers(stored, {"tag", "operator", "bound", "link", "record"});
     return read;
 }
 
 void Reading::readSettings(TagAction& action, const Value& stored)
 {
-    if (!stored.IsObject()) {
-        problem(stored, QStringLiteral("\"settings\" is no object: the action has its defaults"));
-        return;
-    }
     rapidjson::Document kept(rapidjson::kObjectType);
     for (const auto& member : stored.GetObject()) {
         const QString name = JsonText::stringOf(member.name);
         if (action.setSetting(name, JsonValues::readAny(member.value)))
             continue;
-        problem(stored,
+        problem(member.value,
                 QStringLiteral("setting \"%1\" is unknown or can't have its value: left at the default").arg(name));
         kept.AddMember(Value(member.name, kept.GetAllocator()), Value(member.value, kept.GetAllocator()),
                        kept.GetAllocator());
@@ -396,7 +501,7 @@ tl::expected<Page, QString> PageReader::readFile(const QString& fileName) const
         return tl::make_unexpected(QStringLiteral("%1: is no regular file").arg(fileName));
     if (info.size() > mostBytes) {
         return tl::make_unexpected(
-            QStringLiteral("%1: is larger than a page can be (%2 MB)").arg(fileName).arg(mostBytes / (1024 * 1024)));
+            QStringLiteral("%1: is larger than a page can be (%2 MB)").arg(fileName).arg(mostBytes >> 20));
     }
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))

@@ -20,7 +20,7 @@ class KORVANE_HOST_EXPORT PageReader
 {
 public:
     static constexpr int version = 1;
-    static constexpr qint64 mostBytes = 64 * 1024 * 1024;
+    static constexpr qint64 mostBytes = qint64(64) * 1024 * 1024;
 
     /// \param managers makes the page's action manager
     /// \param runtime where tags that name nothing are looked up, for a problem each; null leaves them alone

@@ -214,7 +214,9 @@ QRect PageRenderer::deviceRect(const Shape& shape) const
 {
     const QRectF bounds = shape.boundingRect();
     const QRectF onPage = shape.rotation() == 0 ? bounds.translated(shape.pos()) : shape.mapRectToScene(bounds);
-    return m_transform.mapRect(onPage).toAlignedRect();
+    const QRect rect = m_transform.mapRect(onPage).toAlignedRect();
+    // Strokes of marks are as thin as the device can draw, so they end beyond their shape by its pixels, not the page's.
+    return shape.childItems().isEmpty() ? rect : rect.adjusted(-1, -1, 1, 1);
 }
 
 QRect PageRenderer::cellsOf(const QRect& rect) const
@@ -231,7 +233,7 @@ void PageRenderer::fileInGrid(int place)
     const QRect cells = cellsOf(m_entries[static_cast<std::size_t>(place)].rect);
     for (int y = cells.top(); y <= cells.bottom(); ++y) {
         for (int x = cells.left(); x <= cells.right(); ++x)
-            m_grid[static_cast<std::size_t>(y * m_cells.width() + x)].push_back(place);
+            cellAt(x, y).push_back(place);
     }
 }
 
@@ -240,7 +242,7 @@ void PageRenderer::removeFromGrid(int place)
     const QRect cells = cellsOf(m_entries[static_cast<std::size_t>(place)].rect);
     for (int y = cells.top(); y <= cells.bottom(); ++y) {
         for (int x = cells.left(); x <= cells.right(); ++x) {
-            auto& cell = m_grid[static_cast<std::size_t>(y * m_cells.width() + x)];
+            std::vector<int>& cell = cellAt(x, y);
             cell.erase(std::remove(cell.begin(), cell.end(), place), cell.end());
         }
     }
@@ -254,7 +256,7 @@ void PageRenderer::collect(const QRect& rect)
     const QRect cells = cellsOf(rect);
     for (int y = cells.top(); y <= cells.bottom(); ++y) {
         for (int x = cells.left(); x <= cells.right(); ++x) {
-            for (const int place : m_grid[static_cast<std::size_t>(y * m_cells.width() + x)]) {
+            for (const int place : cellAt(x, y)) {
                 Entry& entry = m_entries[static_cast<std::size_t>(place)];
                 if (entry.round == m_round || !entry.rect.intersects(rect))
                     continue;

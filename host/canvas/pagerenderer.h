@@ -49,9 +49,9 @@ public:
 private:
     struct Entry
     {
-        Shape* shape;
+        Shape* shape = nullptr;
         QRect rect; ///< where it was drawn last, in device pixels
-        bool isOnPlate;
+        bool isOnPlate = false;
         quint32 round = 0; ///< of the collection that found it last
     };
 
@@ -69,6 +69,11 @@ private:
     void removeFromGrid(int place);
     void collect(const QRect& rect);
     QRect cellsOf(const QRect& rect) const;
+    std::vector<int>& cellAt(int x, int y)
+    {
+        return m_grid[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_cells.width()) +
+                      static_cast<std::size_t>(x)];
+    }
 
     Canvas& m_canvas;
     TextPainter m_texts;

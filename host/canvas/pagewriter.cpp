@@ -14,6 +14,8 @@
 #include <QHash>
 #include <QSaveFile>
 
+#include <utility>
+
 namespace {
 
 using JsonValues::Writer;
@@ -43,6 +45,7 @@ private:
     void writeSettings(const TagAction& action);
     void writeRecord(const QByteArray& record);
     void writeKept(const QByteArray& object);
+    static bool isKept(const QByteArray& object, const char* name);
     void writeRaw(const QByteArray& json);
     void text(const char* key, const QString& value);
 
@@ -71,6 +74,15 @@ void Writing::writeKept(const QByteArray& object)
     }
 }
 
+// Whether the reader kept a member as it stands, since it could not use its value.
+bool Writing::isKept(const QByteArray& object, const char* name)
+{
+    if (object.isEmpty())
+        return false;
+    const auto kept = JsonText::parse(object);
+    return kept && JsonText::member(kept->root(), name);
+}
+
 void Writing::writeRaw(const QByteArray& json)
 {
     if (const auto kept = JsonText::parse(json))
@@ -83,13 +95,18 @@ QByteArray Writing::write(const Canvas& canvas)
     text("format", QStringLiteral("korvane-page"));
     m_writer.Key("version");
     m_writer.Int(PageReader::version);
+    const QByteArray kept = canvas.unknownMembers();
     if (canvas.title() != canvas.canvasName())
         text("title", canvas.title());
-    m_writer.Key("size");
-    JsonValues::write(m_writer, QVariant(canvas.size()));
-    m_writer.Key("background");
-    JsonValues::write(m_writer, QVariant(canvas.background()));
-    writeKept(canvas.unknownMembers());
+    if (!isKept(kept, "size")) {
+        m_writer.Key("size");
+        JsonValues::write(m_writer, QVariant(canvas.size()));
+    }
+    if (!isKept(kept, "background")) {
+        m_writer.Key("background");
+        JsonValues::write(m_writer, QVariant(canvas.background()));
+    }
+    writeKept(kept);
     m_writer.Key("layers");
     m_writer.StartArray();
     for (const auto& layer : canvas.layers())
@@ -103,10 +120,13 @@ void Writing::writeLayer(const Layer& layer)
 {
     m_writer.StartObject();
     text("name", layer.name());
-    m_writer.Key("visible");
-    m_writer.Bool(layer.isVisible());
-    m_writer.Key("marks");
-    m_writer.Bool(layer.areMarksShown());
+    for (const auto& [name, flag] :
+         {std::pair("visible", layer.isVisible()), std::pair("marks", layer.areMarksShown())}) {
+        if (isKept(layer.unknownMembers(), name))
+            continue;
+        m_writer.Key(name);
+        m_writer.Bool(flag);
+    }
     writeKept(layer.unknownMembers());
     m_writer.Key("shapes");
     m_writer.StartArray();
@@ -126,9 +146,12 @@ void Writing::writeShape(const Shape& shape)
     text("class", shape.shapeClass().name);
     if (!shape.name().isEmpty())
         text("name", shape.name());
-    m_writer.Key("place");
-    JsonValues::write(m_writer, QVariant(shape.place()));
-    writeProperties(shape);
+    if (!isKept(shape.unknownMembers(), "place")) {
+        m_writer.Key("place");
+        JsonValues::write(m_writer, QVariant(shape.place()));
+    }
+    if (!isKept(shape.unknownMembers(), "properties"))
+        writeProperties(shape);
     writeKept(shape.unknownMembers());
     const auto actions = m_actions.constFind(&shape);
     if (actions != m_actions.constEnd()) {

@@ -74,8 +74,10 @@ tl::expected<Project, QString> Project::read(const QString& folder)
         return refused(
             QStringLiteral("line %1: %2").arg(text.left(error.offset).count('\n') + 1).arg(error.errorString()));
     }
+    if (!document.isObject())
+        return refused(QStringLiteral("is no JSON object"));
     Members members(document.object());
-    if (members.number("version", 0, 0, 1'000'000) > version)
+    if (members.number("version", 0, 0, 1000000) > version)
         return refused(QStringLiteral("is of a newer version than this program knows (%1)").arg(version));
     Project project;
     project.folder = QFileInfo(folder).absoluteFilePath();

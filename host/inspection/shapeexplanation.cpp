@@ -31,7 +31,8 @@ QString describeTarget(const ObjectTarget& target, const RuntimeDatabase& databa
     const QVariant value = target.value();
     const QString shown = value.isValid() ? value.toString() : QStringLiteral("(no value yet)");
     if (key.type == Korvane::ScadaObjectType::NoObject)
-        return QStringLiteral("    constant %1").arg(target.getTagString());
+        return target.getTagString().isEmpty() ? QStringLiteral("    no tag")
+                                               : QStringLiteral("    constant %1").arg(target.getTagString());
     if (key.type == Korvane::ScadaObjectType::ApplicationProperty)
         return QStringLiteral("    property %1 = %2").arg(target.getTagString(), shown);
     if (!key.isValid())
@@ -49,7 +50,10 @@ QString describeChange(const CanvasActionManager& manager, const ScadaTagActionI
 {
     const CanvasActionManager::LastChange change = manager.lastChange(action);
     if (!change.time.isValid())
-        return QStringLiteral("    not changed by a batch since the page was opened");
+        return QStringLiteral("    not changed since the page was opened");
+    if (change.batch == 0)
+        return QStringLiteral("    last changed by itself, not by a batch, at %1")
+            .arg(change.time.toString(Qt::ISODateWithMs));
     return QStringLiteral("    last changed by batch %1 at %2, %3 times in all")
         .arg(QString::number(change.batch), change.time.toString(Qt::ISODateWithMs),
              QString::number(manager.changeCount(action)));
@@ -78,8 +82,11 @@ QString explainShape(const Page& page, const Shape& shape, const RuntimeDatabase
             lines.append(describeTarget(*target, database));
         if (const auto* known = dynamic_cast<const TagAction*>(action); known && !known->rules().empty()) {
             const QString matched = known->matchedCondition();
-            lines.append(matched.isEmpty() ? QStringLiteral("    no condition holds")
-                                           : QStringLiteral("    condition that holds: ") + matched);
+            if (known->isSourceFailed())
+                lines.append(QStringLiteral("    conditions are undone: their source has failed"));
+            else
+                lines.append(matched.isEmpty() ? QStringLiteral("    no condition holds")
+                                               : QStringLiteral("    condition that holds: ") + matched);
         }
         if (manager)
             lines.append(describeChange(*manager, action));

@@ -41,6 +41,8 @@ void DataService::addSource(std::unique_ptr<ValueSource> source)
     connect(added, &ValueSource::delivered, this, &DataService::take);
     connect(added, &ValueSource::problemFound, this, &DataService::problemFound);
     connect(added, &ValueSource::stateChanged, this, [this, added] { heedSource(*added); });
+    if (added->state() == ValueSource::State::Failed)
+        heedSource(*added);
 }
 
 void DataService::setTick(std::chrono::milliseconds tick)
@@ -58,6 +60,10 @@ void DataService::start()
 void DataService::stop()
 {
     m_timer.stop();
+    if (!m_store)
+        return;
+    if (const auto committed = m_store->commit(nowMs()); !committed)
+        tellOnce(committed.error());
 }
 
 void DataService::take(const std::vector<Sample>& samples)
@@ -115,6 +121,8 @@ void DataService::tick()
             tellOnce(committed.error());
         else if (const auto folded = m_store->fold(m_database, foldedPointsATick); !folded)
             tellOnce(folded.error());
+        else
+            m_toldProblem.clear();
     }
     Q_EMIT ticked();
 }
@@ -150,12 +158,16 @@ void DataService::send()
             records.emplace(static_cast<quint32>(object.id), m_database.presentRecord(object));
         }
         m_newOthers.clear();
-        m_figures.newestSampleMs = m_newestMs;
     }
+    m_figures.newestSampleMs = m_newestMs;
+    m_newestMs = 0;
     ++m_figures.batches;
     m_figures.records += m_batch.points.size() + m_batch.rtus.size() + m_batch.channels.size();
-    for (CanvasScadaActionManagerInterface* page : m_pages)
-        page->takeBatch(m_batch);
+    // A page may be closed or opened by what a batch does.
+    for (CanvasScadaActionManagerInterface* page : std::vector<CanvasScadaActionManagerInterface*>(m_pages)) {
+        if (std::find(m_pages.begin(), m_pages.end(), page) != m_pages.end())
+            page->takeBatch(m_batch);
+    }
     Q_EMIT batchSent();
 }
 

@@ -39,7 +39,7 @@ public:
         quint64 ignoredSamples = 0; ///< of unknown objects, or older than what was there
         quint64 batches = 0;        ///< sent to pages
         quint64 records = 0;        ///< in these
-        qint64 newestSampleMs = 0;  ///< time of the newest sample in the newest batch
+        qint64 newestSampleMs = 0;  ///< time of the newest sample in the newest batch; 0 when it holds none
     };
 
     /// \param database, hub not owned, must outlive the service

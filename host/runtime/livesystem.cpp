@@ -39,10 +39,10 @@ tl::expected<std::unique_ptr<LiveSystem>, QString> LiveSystem::open(const Option
     std::unique_ptr<LiveSystem> system(new LiveSystem(*project, options));
     if (const auto loaded = system->loadPoints(); !loaded)
         return tl::make_unexpected(loaded.error());
-    QString address = options.source;
-    if (address.isEmpty())
-        address = project->source.isEmpty() ? QStringLiteral("simulation") : project->source;
-    if (const auto opened = system->openSource(address); !opened)
+    const bool isOwn = options.source.isEmpty();
+    const QString address = isOwn ? project->source : options.source;
+    if (const auto opened = system->openSource(address.isEmpty() ? QStringLiteral("simulation") : address, isOwn);
+        !opened)
         return tl::make_unexpected(opened.error());
     if (options.isStored && !system->m_replay)
         system->openStore();
@@ -54,6 +54,7 @@ tl::expected<std::unique_ptr<LiveSystem>, QString> LiveSystem::open(const Option
 LiveSystem::LiveSystem(const Project& project, const Options& options)
     : m_project(project),
       m_machineClock(options.machineClock ? options.machineClock : &QDateTime::currentMSecsSinceEpoch),
+      m_isClockGiven(options.machineClock != nullptr),
       m_core([this] { return QDateTime::fromMSecsSinceEpoch(nowMs(), Qt::UTC); }),
       m_dataService(m_database, *m_core.scadaCoreInterface()),
       m_managers(m_core.scadaCoreInterface()),
@@ -74,6 +75,11 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
 
     m_dataService.setTick(m_project.tick);
     connect(&m_dataService, &DataService::problemFound, this, &LiveSystem::addProblem);
+    connect(&m_pages, &CanvasManager::opened, this, [this](Page* page) {
+        m_dataService.addPage(page->actions.get());
+        for (const QString& problem : qAsConst(page->problems))
+            addProblem(problem);
+    });
     connect(&m_pages, &CanvasManager::aboutToClose, this,
             [this](Page* page) { m_dataService.removePage(page->actions.get()); });
     connect(&m_properties, &PropertyManager::valueChanged, this, [this](const QString& name, const QVariant& value) {
@@ -105,7 +111,10 @@ qint64 LiveSystem::nowMs() const
 
 void LiveSystem::addProblem(const QString& text)
 {
+    constexpr int mostKept = 1000;
     m_problems.append(text);
+    if (m_problems.size() > mostKept)
+        m_problems.removeFirst();
     Q_EMIT problemFound(text);
 }
 
@@ -124,7 +133,7 @@ tl::expected<void, QString> LiveSystem::loadPoints()
     return {};
 }
 
-tl::expected<void, QString> LiveSystem::openSource(const QString& text)
+tl::expected<void, QString> LiveSystem::openSource(const QString& text, bool isOwn)
 {
     const auto address = SourceAddress::parse(text);
     if (!address)
@@ -133,7 +142,7 @@ tl::expected<void, QString> LiveSystem::openSource(const QString& text)
     RecordingOptions options;
     options.times = address->times;
     options.isLooped = address->isLooped;
-    options.map = address->map;
+    options.map = isOwn && !address->map.isEmpty() ? m_project.path(address->map) : address->map;
     options.zone =
         m_project.timeZone.isEmpty() ? QTimeZone::systemTimeZone() : QTimeZone(m_project.timeZone.toLatin1());
     switch (address->kind) {
@@ -148,14 +157,15 @@ tl::expected<void, QString> LiveSystem::openSource(const QString& text)
         break;
     }
     // The project's own source lies in the project, one from the command line where its author is.
-    const QString file = m_project.source == text ? m_project.path(address->file) : address->file;
+    const QString file = isOwn ? m_project.path(address->file) : address->file;
     if (!QFileInfo(file).isFile())
         return tl::make_unexpected(QStringLiteral("%1: there is no such recording").arg(file));
     auto recording = std::make_unique<RecordingSource>(file, points, options);
     if (!recording->firstTimeMs())
         return tl::make_unexpected(QStringLiteral("%1: has no row that could be played").arg(file));
     m_replay.emplace(address->times == SourceAddress::Times::Row ? *recording->firstTimeMs() : m_machineClock(),
-                     address->speed, m_machineClock);
+                     address->speed, m_isClockGiven ? m_machineClock : ReplayClock::Base());
+    m_replay->pause(); // until start()
     m_dataService.addSource(std::move(recording));
     return {};
 }
@@ -191,6 +201,8 @@ QString LiveSystem::sourceDescription() const
 
 void LiveSystem::start()
 {
+    if (m_replay)
+        m_replay->resume();
     m_dataService.start();
     m_blink.start();
 }
@@ -199,9 +211,6 @@ tl::expected<Page*, QString> LiveSystem::openPage(const QString& name)
 {
     auto page = m_pages.open(name);
     if (!page)
-        return page;
-    m_dataService.addPage((*page)->actions.get());
-    for (const QString& problem : (*page)->problems)
-        addProblem(problem);
+        addProblem(page.error());
     return page;
 }

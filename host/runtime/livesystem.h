@@ -52,7 +52,7 @@ public:
     static tl::expected<std::unique_ptr<LiveSystem>, QString> open(const Options& options);
     ~LiveSystem() override;
 
-    /// Starts sources, ticks and blinking.
+    /// Starts sources, ticks and blinking, and the time of a recording.
     void start();
 
     const Project& project() const { return m_project; }
@@ -67,9 +67,9 @@ public:
     /// The system's time, milliseconds since 1970-01-01 UTC.
     qint64 nowMs() const;
 
-    /// What went wrong so far without stopping the system, oldest first.
+    /// What went wrong so far without stopping the system, oldest first; the newest thousand.
     const QStringList& problems() const { return m_problems; }
-    /// Opens a page and connects it to the data service.
+    /// Opens a page and connects it to the data service; one that can't be opened is a problem too.
     tl::expected<Page*, QString> openPage(const QString& name);
 
 Q_SIGNALS:
@@ -79,12 +79,13 @@ private:
     LiveSystem(const Project& project, const Options& options);
 
     tl::expected<void, QString> loadPoints();
-    tl::expected<void, QString> openSource(const QString& address);
+    tl::expected<void, QString> openSource(const QString& address, bool isOwn);
     void openStore();
     void addProblem(const QString& text);
 
     Project m_project;
     std::function<qint64()> m_machineClock;
+    bool m_isClockGiven;
     std::optional<ReplayClock> m_replay;
     QStringList m_problems;
     RuntimeDatabase m_database;

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr qint64 beginning = 1'772'438'400'000; // 2026-03-02 08:00 UTC
+constexpr qint64 beginning = 1772438400000; // 2026-03-02 08:00 UTC
 constexpr qint64 stepMs = 100;
 
 } // namespace
@@ -16,6 +16,10 @@ tl::expected<quint64, QString> recordSource(const LiveSystem::Options& options, 
     LiveSystem::Options recorded = options;
     recorded.machineClock = [&machineMs] { return machineMs; };
     recorded.isStored = false;
+    if (const auto address = SourceAddress::parse(options.source);
+        address && address->kind == SourceAddress::Kind::StandardInput)
+        return tl::make_unexpected(
+            QStringLiteral("standard input comes in its own time and can't be recorded at once"));
     const auto system = LiveSystem::open(recorded);
     if (!system)
         return tl::make_unexpected(system.error());
@@ -30,7 +34,7 @@ tl::expected<quint64, QString> recordSource(const LiveSystem::Options& options, 
         QObject::connect(source.get(), &ValueSource::delivered,
                          [&writer](const std::vector<Sample>& samples) { writer.write(samples); });
     }
-    service.start();
+    (*system)->start();
     for (const qint64 end = beginning + duration.count(); machineMs < end; machineMs += stepMs)
         service.tick();
     service.stop();

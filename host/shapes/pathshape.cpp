@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr double farthest = 100'000; // coordinates that painting can count in
-constexpr double pickDistance = 4;   // beside a line, where clicks still hit it
+constexpr double farthest = 100000; // coordinates that painting can count in
+constexpr double pickDistance = 4;  // beside a line, where clicks still hit it
 
 } // namespace
 

@@ -11,8 +11,9 @@
 
 namespace {
 
-constexpr double smallestSize = 1;      // a shape of no size could neither be seen nor picked
-constexpr double largestSize = 100'000; // beyond any page, and within what painting can count in
+constexpr double smallestSize = 1;     // a shape of no size could neither be seen nor picked
+constexpr double largestSize = 100000; // beyond any page, and within what painting can count in
+constexpr double farthest = 1000000;   // from the page's corner
 
 QVariant readGeometry(const Shape& shape)
 {
@@ -157,11 +158,12 @@ void Shape::setPlace(const QRectF& place)
 {
     const QSizeF size(std::clamp(place.width(), smallestSize, largestSize),
                       std::clamp(place.height(), smallestSize, largestSize));
-    if (pos() == place.topLeft() && m_geometry.size() == size)
+    const QPointF position(std::clamp(place.x(), -farthest, farthest), std::clamp(place.y(), -farthest, farthest));
+    if (pos() == position && m_geometry.size() == size)
         return;
     prepareGeometryChange();
     m_geometry = {QPointF(), size};
-    setPos(place.topLeft());
+    setPos(position);
     if (rotation() != 0) // an origin costs memory that most shapes need not spend
         setTransformOriginPoint(m_geometry.center());
     for (QGraphicsItem* child : childItems()) {
@@ -171,12 +173,13 @@ void Shape::setPlace(const QRectF& place)
     changed();
 }
 
-int Shape::overlayState() const
+quint64 Shape::overlayState() const
 {
-    int state = 0;
+    constexpr quint64 spread = 1099511628211; // FNV's: keeps the states of any number of overlays apart
+    quint64 state = 0;
     for (QGraphicsItem* child : childItems()) {
         if (const auto* overlay = dynamic_cast<const TlqGraphicsItem*>(child))
-            state = state << 5 | (overlay->isVisible() ? overlay->shownState() : 0x10);
+            state = state * spread + quint64(overlay->isVisible() ? overlay->shownState() + 1 : 0x20);
     }
     return state;
 }
@@ -184,10 +187,13 @@ int Shape::overlayState() const
 QRectF Shape::boundingRect() const
 {
     constexpr double markStrokes = 5; // the lowest of a mark's strokes below the centre line
+    constexpr double strokeEnd = 1.5; // by which a stroke's square end reaches beyond it
     const double around = overhang();
     QRectF bounds = m_geometry.adjusted(-around, -around, around, around);
-    if (m_geometry.height() < 2 * markStrokes && !childItems().isEmpty())
+    if (!childItems().isEmpty()) {
+        bounds |= m_geometry.adjusted(-strokeEnd, 0, strokeEnd, 0);
         bounds.setBottom(std::max(bounds.bottom(), m_geometry.center().y() + markStrokes));
+    }
     return bounds;
 }
 

@@ -84,7 +84,7 @@ public:
     void setDrawn() { m_isChanged = false; }
 
     /// What the quality overlays over the shape show, as one number; 0 without one. Overlays do not report changes.
-    int overlayState() const;
+    quint64 overlayState() const;
 
     /// Whether live data drive the shape, so that whoever draws it must expect it to change.
     bool isLive() const { return m_isLive; }

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr qint64 largestFile = 4'194'304; // 4 MiB
+constexpr qint64 largestFile = 4194304; // 4 MiB
 constexpr int mostDrawings = 500;
 
 using Drawings = QHash<std::pair<QString, int>, std::shared_ptr<SvgDrawing>>;

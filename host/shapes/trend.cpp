@@ -23,11 +23,11 @@ constexpr double tickLength = 4;
 constexpr double gap = 3;             // between a mark and its text
 constexpr double lineDistance = 1.35; // of texts, in font sizes
 constexpr double curveWidth = 1.5;
-constexpr int marksInSight = 5;                    // of one curve
-constexpr double mostWay = 8;                      // up and down, in widths of the plot, of a curve that is stroked
-constexpr double leastPlot = 24;                   // a smaller one is given the whole area, without axes
-constexpr double farAway = 10'000;                 // beside the plot; beyond that painting counts less exactly
-constexpr qint64 lastTimeMs = 253'402'300'799'999; // of the year 9999
+constexpr int marksInSight = 5;                // of one curve
+constexpr double mostWay = 8;                  // up and down, in widths of the plot, of a curve that is stroked
+constexpr double leastPlot = 24;               // a smaller one is given the whole area, without axes
+constexpr double farAway = 10000;              // beside the plot; beyond that painting counts less exactly
+constexpr qint64 lastTimeMs = 253402300799999; // of the year 9999
 
 const std::array<QColor, Trend::mostCurves> ownColors = {{
     {0x2b, 0x5f, 0x93},
@@ -72,7 +72,7 @@ const ShapeClass& Trend::staticClass()
         QLatin1String("Trend"),
         Shape::withCommon({
             of<&Trend::m_title>("Title"),
-            of<&Trend::m_span, 1, 315'360'000>("Span"),
+            of<&Trend::m_span, 1, 315360000>("Span"),
             of<&Trend::m_minimum>("Minimum"),
             of<&Trend::m_maximum>("Maximum"),
             of<&Trend::m_curveNames>("CurveNames"),

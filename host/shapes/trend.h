@@ -24,7 +24,7 @@ class KORVANE_HOST_EXPORT Trend : public Shape
 {
 public:
     static constexpr int mostCurves = 8;
-    static constexpr int mostSamples = 20'000; ///< kept for each curve; the oldest go first
+    static constexpr int mostSamples = 20000; ///< kept for each curve; the oldest go first
 
     Trend();
 

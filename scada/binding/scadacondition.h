@@ -31,8 +31,8 @@ public:
     /// The targets themselves, owned by the condition.
     ObjectTarget* lValue() { return &m_left; }
     ObjectTarget* rValue() { return &m_right; }
-    /// Whether the value tested was ever received.
-    bool isLeftValueKnown() const { return m_left.value().isValid(); }
+    /// Whether both sides hold a value; checkCondition() takes a single one that does not for 0.
+    bool hasBothValues() const { return m_left.value().isValid() && m_right.value().isValid(); }
 
     void setLValue(const ObjectTarget& target) { m_left = target; }
     /// Sets the tag string in force of the right value; its stored tag string and its value stay.

@@ -44,7 +44,7 @@ struct Demo
             return nullptr;
         }
         (*opened)->actions->setShown(true);
-        system->dataService().start();
+        system->start();
         for (int tick = 0; tick < seconds * 20; ++tick) {
             machineMs += 50;
             system->dataService().tick();

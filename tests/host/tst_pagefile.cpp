@@ -253,7 +253,7 @@ private Q_SLOTS:
             << QStringLiteral("page.pws:2: shape \"h\": unknown class \"Hologram\"; a placeholder stands in its place");
         QTest::newRow("a shape that is a number")
             << QByteArray("17")
-            << QStringLiteral("page.pws:1: shape \"\": a shape that is no object; a placeholder stands in its place");
+            << QStringLiteral("page.pws:2: shape \"\": a shape that is no object; a placeholder stands in its place");
         QTest::newRow("an unknown action type")
             << QByteArray(json(
                    "{'class':'ReadOut','name':'r','place':[0,0,9,9],'properties':{},'actions':[{'type':99,'x':1}]}"))
@@ -263,6 +263,38 @@ private Q_SLOTS:
                    json("{'class':'ReadOut','name':'r','place':[0,0,9,9],'properties':{'FillColor':'no colour'}}"))
             << QStringLiteral("page.pws:2: shape \"r\": property \"FillColor\" can't have the value \"no colour\": its "
                               "default is used");
+        QTest::newRow("a place that is none")
+            << json("{'class':'Rectangle','name':'r','place':'here','properties':{}}")
+            << QStringLiteral("page.pws:2: shape \"r\": \"place\" is not four numbers up to 1000000: the shape lies in "
+                              "the top left corner");
+        QTest::newRow("a place beyond every page")
+            << json("{'class':'Rectangle','name':'r','place':[1e300,0,5,5],'properties':{}}")
+            << QStringLiteral("page.pws:2: shape \"r\": \"place\" is not four numbers up to 1000000: the shape lies in "
+                              "the top left corner");
+        QTest::newRow("properties that are none")
+            << json("{'class':'Rectangle','name':'r','place':[1,2,3,4],'properties':[]}")
+            << QStringLiteral("page.pws:2: shape \"r\": \"properties\" is no object: the defaults are used");
+        QTest::newRow("a name that is none") << json("{'class':'Rectangle','name':7,'place':[1,2,3,4],'properties':{}}")
+                                             << QStringLiteral("page.pws:2: shape \"\": \"name\" is no text");
+        QTest::newRow("targets that are none")
+            << json("{'class':'ReadOut','name':'r','place':[0,0,9,9],'properties':{},'actions':[{'type':2,'targets':5}]"
+                    "}")
+            << QStringLiteral("page.pws:2: shape \"r\": \"targets\" is no array: the action does nothing");
+        QTest::newRow("a target without a tag and a record that is no base64")
+            << json("{'class':'ReadOut','name':'r','place':[0,0,9,9],'properties':{},"
+                    "'actions':[{'type':2,'targets':[{'record':'*'}]}]}")
+            << QStringLiteral(
+                   "page.pws:2: shape \"r\": a target without a tag that could be read: the action does nothing");
+        QTest::newRow("an unknown operator")
+            << json("{'class':'ReadOut','name':'r','place':[0,0,9,9],'properties':{},'actions':[{'type':4,"
+                    "'rules':[{'when':[{'tag':'P1','operator':'~','bound':'1'}],'set':{}}]}]}")
+            << QStringLiteral("page.pws:2: shape \"r\": unknown operator \"~\": the action does nothing");
+        QTest::newRow("a rule that sets what the shape does not have")
+            << json("{'class':'ReadOut','name':'r','place':[0,0,9,9],'properties':{},'actions':[{'type':4,"
+                    "'rules':[{'when':[{'tag':'P1','operator':'>','bound':'1'}],'set':{'Aura':1}}]}]}")
+            << QStringLiteral(
+                   "page.pws:2: shape \"r\": a rule sets \"Aura\", which the shape does not have: the action "
+                   "does nothing");
         QTest::newRow("a tag that names nothing")
             << QByteArray(json("{'class':'ReadOut','name':'r','place':[0,0,9,9],'properties':{},'actions':[{'type':2,'"
                                "version':911,'targets':[{'tag':'NOWHERE','record':'////"
