@@ -187,6 +187,25 @@ private Q_SLOTS:
         QVERIFY(renderer.image().pixelColor(centre.x() - 20, centre.y()) != QColor(Qt::red));
     }
 
+    void marksLeaveNothingBehind()
+    {
+        TestPage page;
+        PageRenderer renderer(page.canvas);
+        for (const double scale : {1.0, 0.5, 1.5}) {
+            renderer.setView((page.canvas.size() * scale).toSize(), scale, {});
+            Shape& shape = *page.readouts[4];
+            auto* overlay = new TlqGraphicsItem(&shape);
+            overlay->setRect(shape.geometry());
+            overlay->setTlq(1, 1, 1);
+            overlay->setSourceFail(true);
+            renderer.invalidate(); // drawn with all others, unclipped
+            renderer.render();
+            delete overlay;
+            renderer.render();
+            QVERIFY(isSamePicture(renderer.image(), drawnAfresh(page.canvas, scale)));
+        }
+    }
+
     void overlaysFollowTheirShapesSize()
     {
         TestPage page;
