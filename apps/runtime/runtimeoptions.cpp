@@ -56,7 +56,12 @@ tl::expected<RuntimeOptions, QString> RuntimeOptions::parse(const QStringList& a
     parser.addOption(
         {QStringLiteral("benchmark"),
          QStringLiteral("Draws every change off screen for the time of --after, and prints what it cost.")});
-    parser.process(arguments);
+    if (!parser.parse(arguments))
+        return tl::make_unexpected(parser.errorText());
+    if (parser.isSet(QStringLiteral("version")))
+        parser.showVersion();
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all")))
+        parser.showHelp();
 
     RuntimeOptions options;
     if (parser.positionalArguments().size() != 1)

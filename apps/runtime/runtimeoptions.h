@@ -22,6 +22,7 @@ struct RuntimeOptions
     bool isStored = true;
     bool isBenchmark = false; ///< draws off screen as a window would, and prints what it costs
 
-    /// \returns what is wrong with the command line, or nothing at all for one that was answered (--help).
+    /// Ends the program for a command line that it answers itself (--help, --version).
+    /// \returns what is wrong with the command line.
     static tl::expected<RuntimeOptions, QString> parse(const QStringList& arguments);
 };

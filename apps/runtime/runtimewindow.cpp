@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <QTextStream>
 
 #include <algorithm>
 
@@ -61,6 +62,7 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     connect(&m_figureTimer, &QTimer::timeout, this, &RuntimeWindow::showFigures);
     m_figureTimer.start(figureInterval);
     m_sinceFigures.start();
+    m_isPictureDue = !options.screenshot.isEmpty() && !options.after;
     if (options.after)
         QTimer::singleShot(*options.after, this, &RuntimeWindow::end);
 }
@@ -222,6 +224,10 @@ void RuntimeWindow::notePaint()
         return;
     m_hasNewValues = false;
     m_lagsMs.push_back(static_cast<double>(m_system.nowMs() - newest) / m_system.speed());
+    if (m_isPictureDue) {
+        m_isPictureDue = false;
+        QTimer::singleShot(0, this, &RuntimeWindow::takePicture); // not while a view is being painted
+    }
 }
 
 void RuntimeWindow::showFigures()
@@ -257,10 +263,16 @@ void RuntimeWindow::toggleFullScreen(bool isFull)
 
 void RuntimeWindow::end()
 {
-    if (!m_options.screenshot.isEmpty() && !grab().save(m_options.screenshot))
-        qWarning("%s: can't be written", qUtf8Printable(m_options.screenshot));
     HeadlessRun::printPoints(m_system);
-    QApplication::quit();
+    QApplication::exit(m_options.screenshot.isEmpty() || takePicture() ? 0 : 1);
+}
+
+bool RuntimeWindow::takePicture()
+{
+    if (grab().save(m_options.screenshot))
+        return true;
+    QTextStream(stderr) << QStringLiteral("%1: can't be written\n").arg(m_options.screenshot);
+    return false;
 }
 
 CanvasView* RuntimeWindow::currentView() const

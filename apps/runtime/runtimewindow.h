@@ -46,6 +46,7 @@ private:
     void toggleFullScreen(bool isFull);
     void addProblem(const QString& text);
     void end();
+    bool takePicture();
     CanvasView* currentView() const;
     Page* currentPage() const;
 
@@ -65,4 +66,5 @@ private:
     quint64 m_paints = 0;
     quint64 m_paintsShown = 0;
     bool m_hasNewValues = false; ///< a batch waits to be painted
+    bool m_isPictureDue = false; ///< once values are on the screen
 };

@@ -3,6 +3,7 @@
 #include "host/actions/tagaction.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -48,16 +49,27 @@ void ActionEditor::addTags(QFormLayout& form)
     tags->setObjectName(QStringLiteral("tags"));
     tags->setTabChangesFocus(true);
     form.addRow(tr("Tags"), tags);
-    connect(tags, &QPlainTextEdit::textChanged, this, [this, tags] {
-        QStringList lines = tags->toPlainText().split(QLatin1Char('\n'));
-        for (QString& line : lines)
-            line = line.trimmed();
-        lines.removeAll(QString());
-        if (lines == m_action.tags())
-            return;
-        m_action.setTags(lines);
-        Q_EMIT edited();
-    });
+    tags->installEventFilter(this);
+    m_tags = tags;
+}
+
+bool ActionEditor::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_tags && event->type() == QEvent::FocusOut)
+        takeTags();
+    return QWidget::eventFilter(watched, event);
+}
+
+void ActionEditor::takeTags()
+{
+    QStringList lines = m_tags->toPlainText().split(QLatin1Char('\n'));
+    for (QString& line : lines)
+        line = line.trimmed();
+    lines.removeAll(QString());
+    if (lines == m_action.tags())
+        return;
+    m_action.setTags(lines);
+    Q_EMIT edited();
 }
 
 void ActionEditor::addSetting(QFormLayout& form, const QString& name, const QVariant& value)
@@ -77,6 +89,10 @@ void ActionEditor::addSetting(QFormLayout& form, const QString& name, const QVar
     field->setObjectName(name);
     form.addRow(name, field);
     connect(field, &QLineEdit::editingFinished, this, [this, name, value, field] {
+        if (field->text() == textOf(m_action.settings().value(name))) {
+            mark(*field, true);
+            return;
+        }
         const bool isTaken = m_action.setSetting(name, valueOf(field->text(), value));
         mark(*field, isTaken);
         if (isTaken)

@@ -5,7 +5,6 @@
 #include <QWidget>
 
 class QFormLayout;
-class QLabel;
 class QPlainTextEdit;
 class TagAction;
 
@@ -25,9 +24,15 @@ Q_SIGNALS:
     /// The action was changed.
     void edited();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void addTags(QFormLayout& form);
     void addSetting(QFormLayout& form, const QString& name, const QVariant& value);
 
+    void takeTags();
+
     TagAction& m_action;
+    QPlainTextEdit* m_tags = nullptr;
 };

@@ -2,6 +2,8 @@
 
 #include "platform/core/tesselinterface.h"
 
+#include <cmath>
+
 QString NumberAction::name() const
 {
     return tr("Number");
@@ -32,7 +34,7 @@ ScadaTagActionInterface* NumberAction::clone(TesselInterface* shape) const
 void NumberAction::applyToShape(bool)
 {
     bool isNumber = false;
-    const double number = value().toDouble(&isNumber);
+    const double number = value().toDouble(&isNumber) * m_factor + m_offset;
     if (shape())
-        shape()->setNamedProperty(m_property, isNumber ? QVariant(number * m_factor + m_offset) : QVariant());
+        shape()->setNamedProperty(m_property, isNumber && std::isfinite(number) ? QVariant(number) : QVariant());
 }

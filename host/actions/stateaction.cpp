@@ -33,17 +33,21 @@ ScadaTagActionInterface* StateAction::clone(TesselInterface* shape) const
 int StateAction::state() const
 {
     constexpr int unknown = -1;
+    constexpr int farthest = 1000000; // beyond every state that a symbol has
     enum { Closed = 0, Open = 1, Travelling = 2, Contradiction = 3 };
     bool isNumber = false;
     const double first = value().toDouble(&isNumber);
-    if (!isNumber || !(std::abs(first) < 1e6))
+    if (!isNumber || !(std::abs(first) < farthest))
         return unknown;
-    if (tags().size() < 2)
-        return static_cast<int>(std::lround(first)) + m_offset;
-    if (!value(1).isValid())
+    if (tags().size() < 2) {
+        const qint64 shown = std::llround(first) + m_offset;
+        return qAbs(shown) < farthest ? static_cast<int>(shown) : unknown;
+    }
+    const double second = value(1).toDouble(&isNumber);
+    if (!isNumber || std::isnan(second))
         return unknown;
     const bool isOpen = first != 0;
-    const bool isClosed = value(1).toDouble() != 0;
+    const bool isClosed = second != 0;
     if (isOpen == isClosed)
         return isOpen ? Contradiction : Travelling;
     return isOpen ? Open : Closed;

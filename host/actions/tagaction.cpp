@@ -189,11 +189,15 @@ void TagAction::fromStream(const ScadaTagActionStream& stream, QMap<QString, QVa
     }
     std::vector<ActionRule> rules;
     in >> count;
-    for (; count > 0 && count <= mostParts && in.status() == QDataStream::Ok; --count) {
+    if (count > mostParts)
+        return;
+    for (; count > 0 && in.status() == QDataStream::Ok; --count) {
         quint16 parts = 0;
         in >> parts;
+        if (parts > mostParts)
+            return;
         ActionRule rule;
-        for (; parts > 0 && parts <= mostParts && in.status() == QDataStream::Ok; --parts) {
+        for (; parts > 0 && in.status() == QDataStream::Ok; --parts) {
             ScadaCondition condition;
             ConditionData data;
             condition.fromStream(in, stream);
@@ -257,15 +261,20 @@ void TagAction::setTagString(const QString& tag)
 
 bool TagAction::replaceText(const QString& before, const QString& after)
 {
+    bool isReplaced = false;
+    const auto replace = [&](QString& written) {
+        isReplaced |= written.contains(before);
+        written.replace(before, after);
+    };
     for (Binding& binding : m_bindings)
-        binding.tag.replace(before, after);
+        replace(binding.tag);
     for (ActionRule& rule : m_rules) {
         for (RuleCondition& part : rule.conditions) {
-            part.tag.replace(before, after);
-            part.bound.replace(before, after);
+            replace(part.tag);
+            replace(part.bound);
         }
     }
-    return ScadaTagActionInterface::replaceText(before, after);
+    return ScadaTagActionInterface::replaceText(before, after) || isReplaced;
 }
 
 int TagAction::replacePointNames(KorvaneScadaCoreInterface* hub, const QList<QPair<QString, QString>>& renames)

@@ -4,7 +4,12 @@
 
 #include <QDateTime>
 
+#include <algorithm>
 #include <cmath>
+
+namespace {
+constexpr int mostDecimals = 15; // a double has no more
+}
 
 QString TextAction::name() const
 {
@@ -44,7 +49,8 @@ QString TextAction::textOf(const QVariant& value) const
         return m_texts.at(static_cast<int>(number));
     QString text = value.toString();
     if (value.userType() == QMetaType::Double)
-        text = m_decimals < 0 ? QString::number(number, 'g', 6) : QString::number(number, 'f', m_decimals);
+        text = m_decimals < 0 ? QString::number(number, 'g', 6)
+                              : QString::number(number, 'f', std::min(m_decimals, mostDecimals));
     else if (value.userType() == QMetaType::QDateTime)
         text = value.toDateTime().toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     QString shown = m_format;

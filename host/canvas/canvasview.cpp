@@ -68,7 +68,7 @@ void CanvasView::zoomToFit()
 void CanvasView::setZoom(double zoom)
 {
     m_isFitted = false;
-    m_zoom = std::clamp(zoom, smallestZoom, largestZoom);
+    m_zoom = zoom > smallestZoom ? std::min(zoom, largestZoom) : smallestZoom; // NaN is the smallest too
     place();
     Q_EMIT zoomChanged();
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qint64 mostBytes = 1024 * 1024;
+constexpr qint64 mostBytes = 1 << 20;
 
 /// Reads members of the project file and remembers the first that is wrong.
 class Members
@@ -80,7 +80,7 @@ tl::expected<Project, QString> Project::read(const QString& folder)
     if (members.number("version", 0, 0, 1000000) > version)
         return refused(QStringLiteral("is of a newer version than this program knows (%1)").arg(version));
     Project project;
-    project.folder = QFileInfo(folder).absoluteFilePath();
+    project.folder = QDir(folder).absolutePath();
     project.name = members.text("name");
     project.startPage = members.text("startPage");
     project.source = members.text("source");

@@ -28,7 +28,7 @@ QString layerState(const Shape& shape)
 QString describeTarget(const ObjectTarget& target, const RuntimeDatabase& database)
 {
     const ObjectKey key{target.objectKindType(), target.getPid()};
-    const QVariant value = target.value();
+    const QVariant& value = target.value();
     const QString shown = value.isValid() ? value.toString() : QStringLiteral("(no value yet)");
     if (key.type == Korvane::ScadaObjectType::NoObject)
         return target.getTagString().isEmpty() ? QStringLiteral("    no tag")

@@ -137,7 +137,7 @@ tl::expected<void, QString> LiveSystem::openSource(const QString& text, bool isO
 {
     const auto address = SourceAddress::parse(text);
     if (!address)
-        return tl::make_unexpected(QStringLiteral("source \"%1\": %2").arg(text, address.error()));
+        return tl::make_unexpected(address.error());
     const std::vector<SourcePoint> points = sourcePoints(m_database);
     RecordingOptions options;
     options.times = address->times;
@@ -161,8 +161,11 @@ tl::expected<void, QString> LiveSystem::openSource(const QString& text, bool isO
     if (!QFileInfo(file).isFile())
         return tl::make_unexpected(QStringLiteral("%1: there is no such recording").arg(file));
     auto recording = std::make_unique<RecordingSource>(file, points, options);
-    if (!recording->firstTimeMs())
-        return tl::make_unexpected(QStringLiteral("%1: has no row that could be played").arg(file));
+    if (!recording->firstTimeMs()) {
+        const QString reason = recording->failure();
+        return tl::make_unexpected(reason.isEmpty() ? QStringLiteral("%1: has no row that could be played").arg(file)
+                                                    : reason);
+    }
     m_replay.emplace(address->times == SourceAddress::Times::Row ? *recording->firstTimeMs() : m_machineClock(),
                      address->speed, m_isClockGiven ? m_machineClock : ReplayClock::Base());
     m_replay->pause(); // until start()

@@ -106,6 +106,14 @@ inline bool convert(const QVariant& value, QString& out)
 }
 inline bool convert(const QVariant& value, QStringList& out)
 {
+    if (value.userType() == QMetaType::QVariantList) { // as JSON gives it
+        const QVariantList list = value.toList();
+        const bool isText = std::all_of(list.begin(), list.end(),
+                                        [](const QVariant& each) { return each.userType() == QMetaType::QString; });
+        if (isText)
+            out = value.toStringList();
+        return isText;
+    }
     if (value.userType() != QMetaType::QStringList)
         return false;
     out = value.toStringList();

@@ -33,7 +33,7 @@ public:
 private:
     struct Target
     {
-        WaterLoopModel::Signal signal;
+        WaterLoopModel::Signal signal = WaterLoopModel::SignalCount;
         ObjectKey object;
     };
 
