@@ -39,7 +39,7 @@ struct Runtime
         window->layout()->setSizeConstraint(QLayout::SetNoConstraint); // no hints to pass on to the screen
         window->showPage(*overview);
         window->show();
-        system->dataService().start();
+        system->start();
         system->dataService().stop(); // the test ticks
         run(1000);
     }
