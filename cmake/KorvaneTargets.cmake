@@ -21,7 +21,9 @@ function(korvane_compile_options target)
     endif()
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wold-style-cast
-        -Wimplicit-fallthrough $<$<BOOL:${KORVANE_WARNINGS_AS_ERRORS}>:-Werror>)
+        -Wimplicit-fallthrough $<$<BOOL:${KORVANE_WARNINGS_AS_ERRORS}>:-Werror>
+        # Qt's QSKIP("...") is such a macro.
+        $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
     if(KORVANE_SANITIZERS)
         # The older spelling of -fsanitize-ignorelist, since ccache only knows to look into the file by that.
         target_compile_options(${target} PRIVATE -fsanitize=${KORVANE_SANITIZERS} -fno-sanitize-recover=all
