@@ -24,9 +24,7 @@ QStringList ColourAction::drivenProperties() const
 
 ScadaTagActionInterface* ColourAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new ColourAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 void ColourAction::applyToShape(bool)

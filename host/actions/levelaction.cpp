@@ -2,8 +2,6 @@
 
 #include "platform/core/tesselinterface.h"
 
-#include <algorithm>
-
 QString LevelAction::name() const
 {
     return tr("Fill level");
@@ -25,19 +23,12 @@ QStringList LevelAction::drivenProperties() const
 
 ScadaTagActionInterface* LevelAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new LevelAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 void LevelAction::applyToShape(bool)
 {
-    bool isNumber = false;
-    const double number = value().toDouble(&isNumber);
-    if (!shape() || m_low == m_high)
-        return;
-    QVariant level;
-    if (isNumber)
-        level = std::clamp((number - m_low) / (m_high - m_low), 0.0, 1.0);
-    shape()->setNamedProperty(QStringLiteral("Level"), level);
+    const std::optional<double> level = share(m_low, m_high);
+    if (shape())
+        shape()->setNamedProperty(QStringLiteral("Level"), level ? QVariant(*level) : QVariant());
 }

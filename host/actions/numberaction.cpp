@@ -26,9 +26,7 @@ QStringList NumberAction::drivenProperties() const
 
 ScadaTagActionInterface* NumberAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new NumberAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 void NumberAction::applyToShape(bool)

@@ -2,8 +2,6 @@
 
 #include "platform/core/tesselinterface.h"
 
-#include <algorithm>
-
 QString PositionAction::name() const
 {
     return tr("Position");
@@ -27,9 +25,7 @@ QStringList PositionAction::drivenProperties() const
 
 ScadaTagActionInterface* PositionAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new PositionAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 void PositionAction::runItSelf(CanvasScadaActionManagerInterface* manager, KorvaneScadaCoreInterface* core)
@@ -41,10 +37,7 @@ void PositionAction::runItSelf(CanvasScadaActionManagerInterface* manager, Korva
 
 void PositionAction::applyToShape(bool)
 {
-    bool isNumber = false;
-    const double number = value().toDouble(&isNumber);
-    if (!isNumber || !shape() || m_low == m_high)
-        return;
-    const double share = std::clamp((number - m_low) / (m_high - m_low), 0.0, 1.0);
-    shape()->setNamedProperty(QStringLiteral("Position"), m_home + share * QPointF(m_distanceX, m_distanceY));
+    const std::optional<double> moved = share(m_low, m_high);
+    if (moved && shape())
+        shape()->setNamedProperty(QStringLiteral("Position"), m_home + *moved * QPointF(m_distanceX, m_distanceY));
 }

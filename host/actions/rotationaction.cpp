@@ -2,8 +2,6 @@
 
 #include "platform/core/tesselinterface.h"
 
-#include <algorithm>
-
 QString RotationAction::name() const
 {
     return tr("Rotation");
@@ -27,17 +25,12 @@ QStringList RotationAction::drivenProperties() const
 
 ScadaTagActionInterface* RotationAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new RotationAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 void RotationAction::applyToShape(bool)
 {
-    bool isNumber = false;
-    const double number = value().toDouble(&isNumber);
-    if (!isNumber || !shape() || m_low == m_high)
-        return;
-    const double share = std::clamp((number - m_low) / (m_high - m_low), 0.0, 1.0);
-    shape()->setNamedProperty(QStringLiteral("Rotation"), m_lowAngle + share * (m_highAngle - m_lowAngle));
+    const std::optional<double> turned = share(m_low, m_high);
+    if (turned && shape())
+        shape()->setNamedProperty(QStringLiteral("Rotation"), m_lowAngle + *turned * (m_highAngle - m_lowAngle));
 }

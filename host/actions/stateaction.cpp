@@ -25,9 +25,7 @@ QStringList StateAction::drivenProperties() const
 
 ScadaTagActionInterface* StateAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new StateAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 int StateAction::state() const

@@ -11,6 +11,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -127,6 +128,15 @@ QVariant TagAction::value(int place) const
 {
     const auto index = static_cast<std::size_t>(place);
     return place >= 0 && index < m_bindings.size() ? m_bindings[index].target.value() : QVariant();
+}
+
+std::optional<double> TagAction::share(double low, double high) const
+{
+    bool isNumber = false;
+    const double number = value().toDouble(&isNumber);
+    if (!isNumber || std::isnan(number) || low == high)
+        return {};
+    return std::clamp((number - low) / (high - low), 0.0, 1.0);
 }
 
 void TagAction::setShape(TesselInterface* shape)

@@ -12,6 +12,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <optional>
 #include <vector>
 
 class CanvasScadaActionManagerInterface;
@@ -101,6 +102,17 @@ public:
     void setUnknownSettings(const QByteArray& members) { m_unknownSettings = members; }
 
 protected:
+    /// A copy of \p action for \p shape, as clone() makes it.
+    template <typename Action>
+    static ScadaTagActionInterface* copyFor(TesselInterface* shape, const Action& action)
+    {
+        auto* copy = new Action(action);
+        copy->setShape(shape);
+        return copy;
+    }
+    /// Where the first value lies from \p low to \p high, held to 0 to 1; nothing without a number or a range.
+    std::optional<double> share(double low, double high) const;
+
     /// The page's manager, not owned; null before the page was opened.
     CanvasScadaActionManagerInterface* manager() const { return m_manager; }
 

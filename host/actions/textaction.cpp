@@ -34,9 +34,7 @@ QStringList TextAction::drivenProperties() const
 
 ScadaTagActionInterface* TextAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new TextAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 QString TextAction::textOf(const QVariant& value) const

@@ -30,9 +30,7 @@ QStringList VisibilityAction::drivenProperties() const
 
 ScadaTagActionInterface* VisibilityAction::clone(TesselInterface* shape) const
 {
-    auto* copy = new VisibilityAction(*this);
-    copy->setShape(shape);
-    return copy;
+    return copyFor(shape, *this);
 }
 
 void VisibilityAction::applyToShape(bool)

@@ -271,7 +271,7 @@ private Q_SLOTS:
         row("below the range is empty", level, "Tank", {}, {-0.001}, "Level", 0.0);
         row("above the range is full", level, "Tank", {}, {1e9}, "Level", 1.0);
         row("at the low value is empty", level, "Tank", pair("Low", 5, "High", 6), {5.0}, "Level", 0.0);
-        row("a level that is no number leaves the one before", level, "Tank", {}, {25.0, notANumber}, "Level", 0.25);
+        row("what is no number shows no level", level, "Tank", {}, {25.0, notANumber}, "Level", QVariant());
         row("a text shows no level", level, "Tank", {}, {25.0, text}, "Level", QVariant());
         row("an empty range shows no level", level, "Tank", pair("Low", 5, "High", 5), {5.0, 6.0}, "Level", QVariant());
         row("without a value there is no level", level, "Tank", {}, {}, "Level", QVariant());
