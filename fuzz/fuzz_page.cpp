@@ -5,18 +5,7 @@
 #include "host/canvas/pagewriter.h"
 #include "host/runtime/runtimedatabase.h"
 
-#include <QApplication>
-
 #include <cstdlib>
-
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int count = 1;
-    static QApplication app(count, *argv);
-    Q_UNUSED(argc)
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
