@@ -59,16 +59,8 @@ QRegion PageRenderer::render()
         return {};
     QRegion region;
     if (changed.size() > m_lively.size() / 2 && changed.size() > manyRects) {
-        for (Shape* shape : changed) {
-            Entry& entry = m_entries[static_cast<std::size_t>(shape->order())];
-            const QRect rect = deviceRect(*shape);
-            if (rect == entry.rect)
-                continue;
-            removeFromGrid(shape->order());
-            entry.rect = rect;
-            fileInGrid(shape->order());
-            m_isPrepared &= !liesUnderPlate(entry);
-        }
+        for (const Shape* shape : changed)
+            m_isPrepared &= refile(*shape);
         if (!m_isPrepared)
             prepare();
         else
@@ -151,17 +143,12 @@ void PageRenderer::drawChanged(const std::vector<Shape*>& changed, QRegion& regi
     };
     bool isPlanSound = true;
     for (Shape* shape : changed) {
-        Entry& entry = m_entries[static_cast<std::size_t>(shape->order())];
+        const Entry& entry = m_entries[static_cast<std::size_t>(shape->order())];
         const QRect before = entry.rect;
-        const QRect now = deviceRect(*shape);
-        if (now != before) {
-            removeFromGrid(shape->order());
-            entry.rect = now;
-            fileInGrid(shape->order());
-            isPlanSound &= !liesUnderPlate(entry);
+        isPlanSound &= refile(*shape);
+        if (entry.rect != before)
             renew(before);
-        }
-        renew(now);
+        renew(entry.rect);
     }
     if (!isPlanSound) {
         painter.end();
@@ -169,6 +156,19 @@ void PageRenderer::drawChanged(const std::vector<Shape*>& changed, QRegion& regi
     }
     if (isWhole || !isPlanSound)
         region = m_image.rect();
+}
+
+// Files a shape where it lies now. \returns whether the plate is still right.
+bool PageRenderer::refile(const Shape& shape)
+{
+    Entry& entry = m_entries[static_cast<std::size_t>(shape.order())];
+    const QRect rect = deviceRect(shape);
+    if (rect == entry.rect)
+        return true;
+    removeFromGrid(shape.order());
+    entry.rect = rect;
+    fileInGrid(shape.order());
+    return !liesUnderPlate(entry);
 }
 
 // Moving shapes are few: looking through all that stand still is cheaper than keeping another grid.

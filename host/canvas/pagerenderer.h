@@ -63,6 +63,7 @@ private:
     void redraw(QPainter& painter, const QRect& rect);
     void drawShape(QPainter& painter, Shape& shape);
     QRect deviceRect(const Shape& shape) const;
+    bool refile(const Shape& shape);
     bool liesUnderPlate(const Entry& entry) const;
 
     void fileInGrid(int place);

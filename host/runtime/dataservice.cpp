@@ -1,5 +1,6 @@
 #include "host/runtime/dataservice.h"
 
+#include "host/core/project.h"
 #include "host/runtime/runtimedatabase.h"
 #include "host/runtime/runtimestore.h"
 #include "platform/data/valuemarks.h"
@@ -11,8 +12,6 @@
 namespace {
 
 constexpr std::chrono::milliseconds usualTick{50};
-constexpr std::chrono::milliseconds shortestTick{10};
-constexpr std::chrono::milliseconds longestTick{1000};
 constexpr int foldedPointsATick = 200; // keeps a tick short; what is not folded is in the journal
 
 constexpr qint32 unreliable = ValueMark::Invalid | ValueMark::Stale | ValueMark::CommunicationFailed;
@@ -47,7 +46,7 @@ void DataService::addSource(std::unique_ptr<ValueSource> source)
 
 void DataService::setTick(std::chrono::milliseconds tick)
 {
-    m_timer.setInterval(std::clamp(tick, shortestTick, longestTick));
+    m_timer.setInterval(std::clamp(tick, Project::shortestTick, Project::longestTick));
 }
 
 void DataService::start()
