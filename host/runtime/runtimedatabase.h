@@ -186,7 +186,6 @@ private:
         qint32 quality = 0;
         qint32 limitMarks = 0;
         bool isAnalog = false;
-        bool hasSample = false;
         bool hasValue = false;
         bool isQueued = false; ///< in m_expiries
         qint32 abnormalState = -1;
