@@ -47,6 +47,8 @@ function(korvane_add_floor name)
     korvane_compile_options(${target})
     set_target_properties(${target} PROPERTIES
         AUTOMOC ON
+        AUTOUIC ON
+        AUTORCC ON
         OUTPUT_NAME korvane${lower}
         EXPORT_NAME ${name}
         VERSION ${PROJECT_VERSION}

@@ -9,6 +9,33 @@
     </message>
 </context>
 <context>
+    <name>CanvasOperationSetting</name>
+    <message>
+        <source>CanvasOperationSetting</source>
+        <translation>이벤트 스크립트 설정</translation>
+    </message>
+    <message>
+        <source>Script</source>
+        <translation>스크립트</translation>
+    </message>
+    <message>
+        <source>Event Type :</source>
+        <translation>이벤트 종류 :</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>지우기</translation>
+    </message>
+    <message>
+        <source>Event Handler :</source>
+        <translation>이벤트 처리 함수 :</translation>
+    </message>
+    <message>
+        <source>...</source>
+        <translation>...</translation>
+    </message>
+</context>
+<context>
     <name>ColourAction</name>
     <message>
         <source>Colour</source>
@@ -28,6 +55,37 @@
     <message>
         <source>Copy all</source>
         <translation>모두 복사</translation>
+    </message>
+</context>
+<context>
+    <name>KorvaneScriptorEditor</name>
+    <message>
+        <source>Compile Script</source>
+        <translation>스크립트 컴파일</translation>
+    </message>
+    <message>
+        <source>Open Point Explorer</source>
+        <translation>포인트 탐색기 열기</translation>
+    </message>
+    <message>
+        <source>Open File Browser</source>
+        <translation>파일 찾아보기</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>찾기</translation>
+    </message>
+    <message>
+        <source>Output: </source>
+        <translation>출력: </translation>
+    </message>
+    <message>
+        <source>Select file</source>
+        <translation>파일 선택</translation>
+    </message>
+    <message>
+        <source>Canvas File (*.pws);;Sound File (*.wav);;All Files(*.*)</source>
+        <translation>페이지 파일 (*.pws);;소리 파일 (*.wav);;모든 파일(*.*)</translation>
     </message>
 </context>
 <context>
@@ -452,6 +510,60 @@
     <message>
         <source>%1 values/s   %2 paints/s   lag %3   %4 points failed</source>
         <translation>값 %1개/초   그리기 %2회/초   지연 %3   이상 포인트 %4개</translation>
+    </message>
+</context>
+<context>
+    <name>ScadaEventActionInterface</name>
+    <message>
+        <source>none</source>
+        <translation>없음</translation>
+    </message>
+    <message>
+        <source>Mouse Release</source>
+        <translation>마우스 버튼 놓기</translation>
+    </message>
+    <message>
+        <source>Mouse Double Click</source>
+        <translation>마우스 두 번 클릭</translation>
+    </message>
+    <message>
+        <source>Mouse Hover</source>
+        <translation>마우스 올리기</translation>
+    </message>
+    <message>
+        <source>Mouse Leave</source>
+        <translation>마우스 벗어나기</translation>
+    </message>
+    <message>
+        <source>Key Press</source>
+        <translation>키 누르기</translation>
+    </message>
+    <message>
+        <source>Canvas Load</source>
+        <translation>페이지 열기</translation>
+    </message>
+    <message>
+        <source>Canvas Unload</source>
+        <translation>페이지 닫기</translation>
+    </message>
+    <message>
+        <source>Mouse Press</source>
+        <translation>마우스 버튼 누르기</translation>
+    </message>
+    <message>
+        <source>Mouse Right Button Release</source>
+        <translation>마우스 오른쪽 버튼 놓기</translation>
+    </message>
+    <message>
+        <source>On Object Loading</source>
+        <translation>객체를 불러올 때</translation>
+    </message>
+</context>
+<context>
+    <name>ScadaScriptAction</name>
+    <message>
+        <source>Script Action</source>
+        <translation>스크립트 실행</translation>
     </message>
 </context>
 <context>

@@ -6,6 +6,7 @@
 
 class KVCanvasManagerInterface;
 class KorvaneScadaCoreInterface;
+class KorvaneScriptInterface;
 
 /// The host product's core object, one a process: the way from anywhere in the host to its parts. Implemented by the
 /// host.
@@ -21,4 +22,7 @@ public:
 
     /// The open pages, owned by the host; null in a host without pages.
     virtual KVCanvasManagerInterface* canvasManager() = 0;
+
+    /// The front of the script engine, owned by the host; null where scripts can't run.
+    virtual KorvaneScriptInterface* scriptInterface() = 0;
 };

@@ -27,6 +27,7 @@ void fill(TestRuntime& runtime)
 class StrayDirectory : public PointDirectory
 {
     ObjectKey findPoint(QStringView) const override { return {ScadaObjectType::RtuObject, 9}; }
+    std::vector<Station> stations() const override { return {}; }
 };
 
 } // namespace

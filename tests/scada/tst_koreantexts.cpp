@@ -1,3 +1,4 @@
+#include "scada/actions/scadascriptaction.h"
 #include "scada/binding/objecttarget.h"
 
 #include <QTranslator>
@@ -45,6 +46,20 @@ private Q_SLOTS:
             QVERIFY2(!names.contains(name) || names.value(name) == field, qPrintable(name));
             names.insert(name, field);
         }
+    }
+
+    void everyTriggerHasItsOwnKoreanName()
+    {
+        QSet<QString> names;
+        ScadaScriptAction action;
+        for (const int trigger : {0, 1, 2, 3, 4, 5, 6, 7, 8, 10, 13}) {
+            action.setTriggerType(Korvane::TriggerType(trigger));
+            const QString name = action.triggerName();
+            QVERIFY2(name.contains(QRegularExpression(QStringLiteral("[\\x{AC00}-\\x{D7A3}]"))), qPrintable(name));
+            QVERIFY2(!names.contains(name), qPrintable(name));
+            names.insert(name);
+        }
+        QCOMPARE(action.name(), QStringLiteral("스크립트 실행"));
     }
 
 private:

@@ -25,6 +25,13 @@ public:
     }
 
     ObjectKey findPoint(QStringView name) const override { return findByName(Korvane::ScadaObjectType::Point, name); }
+    std::vector<Station> stations() const override
+    {
+        Station only;
+        for (const Object& object : m_objects)
+            only.objects.push_back({object.key, object.name, {}});
+        return {only};
+    }
 
     QVariant fieldValue(ObjectKey object, DataCode::DataField field) const override
     {
