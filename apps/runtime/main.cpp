@@ -1,50 +1,21 @@
 #include "apps/runtime/headlessrun.h"
 #include "apps/runtime/runtimeoptions.h"
 #include "apps/runtime/runtimewindow.h"
+#include "apps/support/program.h"
 #include "host/runtime/livesystem.h"
 #include "host/runtime/sourcerecorder.h"
+#include "host/scripting/scripttrust.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QLocale>
 #include <QTextStream>
 #include <QTranslator>
 
-#include <cstring>
-
 namespace {
+
+using Program::complain;
 
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
-
-void complain(const QString& text)
-{
-    QTextStream(stderr) << QStringLiteral("korvane-runtime: %1\n").arg(text);
-}
-
-// Without a display the runtime draws off screen, instead of failing as Qt would.
-bool hasDisplay()
-{
-#ifdef Q_OS_UNIX
-    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-#else
-    return true;
-#endif
-}
-
-// Beside an installed program, or in the folder that it was built in.
-void loadTranslation(QTranslator& translator)
-{
-    const QDir programs(QCoreApplication::applicationDirPath());
-    for (const char* folder : {"../share/korvane/translations", "../translations"}) {
-        if (translator.load(QLocale(), QStringLiteral("korvanescada"), QStringLiteral("_"),
-                            programs.filePath(QString::fromLatin1(folder)))) {
-            QCoreApplication::installTranslator(&translator);
-            return;
-        }
-    }
-}
 
 int record(const LiveSystem::Options& systemOptions, const RuntimeOptions& options)
 {
@@ -55,6 +26,16 @@ int record(const LiveSystem::Options& systemOptions, const RuntimeOptions& optio
     }
     QTextStream(stdout) << QStringLiteral("%1: %2 samples recorded\n").arg(options.record).arg(*rows);
     return 0;
+}
+
+// What scripts print goes where a program's own prints go.
+void printScripts(ScriptEngine& scripts)
+{
+    QObject::connect(&scripts, &ScriptEngine::stdOut, [](const QString& text) { QTextStream(stdout) << text; });
+    QObject::connect(&scripts, &ScriptEngine::logged, [](ScriptEngine::Severity severity, const QString& text) {
+        if (severity != ScriptEngine::Severity::Error) // errors are told as problems
+            QTextStream(stdout) << text << '\n';
+    });
 }
 
 int runWindow(LiveSystem& system, const RuntimeOptions& options, Page& page)
@@ -70,19 +51,12 @@ int runWindow(LiveSystem& system, const RuntimeOptions& options, Page& page)
 
 int main(int argc, char** argv)
 {
-    const bool isHeadless = !hasDisplay();
-    if (isHeadless)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    const bool isHeadless = !Program::hasDisplay();
+    Program::prepare(isHeadless);
     QApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("korvane-runtime"));
-    QCoreApplication::setOrganizationName(QStringLiteral("Korvane"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(KORVANE_VERSION));
-
+    Program::name(QStringLiteral("korvane-runtime"), QStringLiteral(KORVANE_VERSION));
     QTranslator translator;
-    loadTranslation(translator);
+    Program::loadTranslation(translator);
 
     const auto options = RuntimeOptions::parse(QCoreApplication::arguments());
     if (!options) {
@@ -93,6 +67,8 @@ int main(int argc, char** argv)
     systemOptions.folder = options->project;
     systemOptions.source = options->source;
     systemOptions.isStored = options->isStored;
+    systemOptions.areScriptsTrusted =
+        options->areScriptsTrusted || ScriptTrust::answerFor(options->project) == ScriptTrust::Answer::Trusted;
     if (!options->record.isEmpty())
         return record(systemOptions, *options);
     const auto system = LiveSystem::open(systemOptions);
@@ -113,5 +89,8 @@ int main(int argc, char** argv)
     if (!isHeadless)
         return runWindow(live, *options, **page);
     QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
+    if (live.hasUntrustedScripts())
+        complain(QStringLiteral("the page's scripts don't run: %1 is not trusted (--trust)").arg(live.project().folder));
+    printScripts(live.scripts());
     return HeadlessRun(live, *options).run(**page);
 }

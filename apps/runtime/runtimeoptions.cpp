@@ -53,6 +53,8 @@ tl::expected<RuntimeOptions, QString> RuntimeOptions::parse(const QStringList& a
     option("zoom", "Size of the picture of a run without a window, 1 for the page's own.", "factor");
     parser.addOption(
         {QStringLiteral("no-store"), QStringLiteral("Keeps no statistics beyond the end of the program.")});
+    parser.addOption({QStringLiteral("trust"),
+                      QStringLiteral("Runs the project's scripts this time, without asking whether it is trusted.")});
     parser.addOption(
         {QStringLiteral("benchmark"),
          QStringLiteral("Draws every change off screen for the time of --after, and prints what it cost.")});
@@ -72,6 +74,7 @@ tl::expected<RuntimeOptions, QString> RuntimeOptions::parse(const QStringList& a
     options.source = parser.value(QStringLiteral("source"));
     options.record = parser.value(QStringLiteral("record"));
     options.isBenchmark = parser.isSet(QStringLiteral("benchmark"));
+    options.areScriptsTrusted = parser.isSet(QStringLiteral("trust"));
     options.isStored = !parser.isSet(QStringLiteral("no-store"));
     if (parser.isSet(QStringLiteral("after"))) {
         options.after = parseDuration(parser.value(QStringLiteral("after")));

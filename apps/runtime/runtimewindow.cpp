@@ -2,10 +2,14 @@
 
 #include "apps/runtime/explanationdock.h"
 #include "apps/runtime/headlessrun.h"
+#include "apps/runtime/scriptdock.h"
 #include "apps/runtime/tagdock.h"
 #include "host/canvas/canvas.h"
 #include "host/canvas/canvasview.h"
 #include "host/runtime/livesystem.h"
+#include "host/scripting/pageinput.h"
+#include "host/scripting/scripttrust.h"
+#include "host/scripting/trustbar.h"
 #include "host/shapes/shape.h"
 
 #include <QAction>
@@ -13,6 +17,7 @@
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTextStream>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -36,6 +41,8 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
       m_options(options),
       m_explanation(new ExplanationDock(system.database(), this)),
       m_tags(new TagDock(system.database(), this)),
+      m_scripts(new ScriptDock(system.scripts(), this)),
+      m_trust(new TrustBar(system.project().folder, this)),
       m_figures(new QLabel(this)),
       m_problems(new QLabel(this))
 {
@@ -44,13 +51,23 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     m_tabs.setDocumentMode(true);
     m_tabs.setTabsClosable(true);
     m_tabs.setMovable(true);
-    setCentralWidget(&m_tabs);
+    auto* content = new QWidget(this);
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_trust);
+    column->addWidget(&m_tabs);
+    setCentralWidget(content);
     addDockWidget(Qt::RightDockWidgetArea, m_explanation);
     addDockWidget(Qt::BottomDockWidgetArea, m_tags);
     m_explanation->hide();
     m_tags->hide();
+    addDockWidget(Qt::BottomDockWidgetArea, m_scripts);
+    m_scripts->hide();
+    m_trust->hide();
     buildMenus();
     buildStatusBar();
+    heedScripts();
 
     connect(&m_tabs, &QTabWidget::currentChanged, this, &RuntimeWindow::heedTab);
     connect(&m_tabs, &QTabWidget::tabCloseRequested, this, &RuntimeWindow::closeTab);
@@ -80,6 +97,7 @@ void RuntimeWindow::buildMenus()
     for (const QString& name : m_system.project().pages())
         pages->addAction(name, this, [this, name] { openPage(name); });
     pages->addSeparator();
+    m_trustAction = pages->addAction(tr("&Run this project's scripts..."), m_trust, &QWidget::show);
     pages->addAction(
         tr("&Close"), this, [this] { closeTab(m_tabs.currentIndex()); }, QKeySequence::Close);
     pages->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
@@ -114,10 +132,33 @@ void RuntimeWindow::buildMenus()
     QAction* tags = m_tags->toggleViewAction();
     tags->setText(tr("&Tags of the page"));
     tags->setShortcut(Qt::Key_F3);
-    view->addActions({explanation, tags});
+    QAction* scripts = m_scripts->toggleViewAction();
+    scripts->setText(tr("&Output of the scripts"));
+    scripts->setShortcut(Qt::Key_F4);
+    view->addActions({explanation, tags, scripts});
     // Keys work while the menu bar is hidden.
     addActions(pages->actions());
     addActions(view->actions());
+}
+
+void RuntimeWindow::heedScripts()
+{
+    ScriptEngine& scripts = m_system.scripts();
+    connect(&scripts, &ScriptEngine::pageRequested, this, &RuntimeWindow::openPage);
+    connect(&scripts, &ScriptEngine::closeRequested, this,
+            [this](const QString& name) { closeTab(m_tabs.indexOf(viewOf(name))); });
+    connect(&scripts, &ScriptEngine::zoomRequested, this, [this](const QString& name, double factor) {
+        CanvasView* view = viewOf(name);
+        if (view && factor > 0)
+            view->setZoom(factor);
+        else if (view)
+            view->zoomToFit();
+    });
+    connect(m_trust, &TrustBar::trusted, this, [this] {
+        m_system.trustScripts();
+        m_trustAction->setVisible(false);
+    });
+    m_trustAction->setVisible(!scripts.isEnabled());
 }
 
 void RuntimeWindow::buildStatusBar()
@@ -150,17 +191,22 @@ void RuntimeWindow::showPage(Page& page)
     if (!view) {
         view = new CanvasView(*page.canvas);
         m_pages.insert(view, &page);
+        new PageInput(*view, *m_system.scriptsOf(page));
         connect(view, &CanvasView::clicked, this, &RuntimeWindow::explain);
         connect(view, &CanvasView::painted, this, &RuntimeWindow::notePaint);
         m_tabs.addTab(view, page.canvas->title());
     }
     m_tabs.setCurrentWidget(view);
     heedTab();
+    // Asked once for a folder; whoever refused finds it in the menu.
+    if (m_system.hasUntrustedScripts() &&
+        ScriptTrust::answerFor(m_system.project().folder) == ScriptTrust::Answer::NotAsked)
+        m_trust->show();
 }
 
 void RuntimeWindow::closeTab(int place)
 {
-    auto* view = qobject_cast<CanvasView*>(m_tabs.widget(place));
+    CanvasView* view = viewAt(place);
     if (!view)
         return;
     Page* page = m_pages.take(view);
@@ -205,14 +251,13 @@ void RuntimeWindow::fillLayers()
 
 void RuntimeWindow::explain(Shape* shape)
 {
-    if (CanvasView* view = currentView())
-        view->setSelected(shape);
-    if (!shape) {
+    if (!m_explanation->isVisible())
+        return; // the click is for the plant
+    currentView()->setSelected(shape);
+    if (shape)
+        m_explanation->explain(*currentPage(), *shape);
+    else
         m_explanation->forget();
-        return;
-    }
-    m_explanation->explain(*currentPage(), *shape);
-    m_explanation->show();
 }
 
 // How old the newest value on the screen is, counted from its sample.
@@ -277,7 +322,21 @@ bool RuntimeWindow::takePicture()
 
 CanvasView* RuntimeWindow::currentView() const
 {
-    return qobject_cast<CanvasView*>(m_tabs.currentWidget());
+    return viewAt(m_tabs.currentIndex());
+}
+
+CanvasView* RuntimeWindow::viewAt(int place) const
+{
+    return qobject_cast<CanvasView*>(m_tabs.widget(place));
+}
+
+CanvasView* RuntimeWindow::viewOf(const QString& page) const
+{
+    for (auto each = m_pages.begin(); each != m_pages.end(); ++each) {
+        if (each.value()->canvas->canvasName() == page)
+            return each.key();
+    }
+    return nullptr;
 }
 
 Page* RuntimeWindow::currentPage() const

@@ -16,7 +16,9 @@ class CanvasView;
 class ExplanationDock;
 class LiveSystem;
 class Shape;
+class ScriptDock;
 class TagDock;
+class TrustBar;
 struct Page;
 
 /// The runtime's window: pages in tabs, layers and zoom, what explains a shape, the tags of a page, figures.
@@ -36,6 +38,8 @@ public:
 private:
     void buildMenus();
     void buildStatusBar();
+    void buildTrustBar();
+    void heedScripts();
     void openPage(const QString& name);
     void closeTab(int place);
     void heedTab();
@@ -47,6 +51,8 @@ private:
     void addProblem(const QString& text);
     void end();
     bool takePicture();
+    CanvasView* viewAt(int place) const;
+    CanvasView* viewOf(const QString& page) const;
     CanvasView* currentView() const;
     Page* currentPage() const;
 
@@ -57,6 +63,9 @@ private:
     QMenu* m_layers = nullptr;
     ExplanationDock* m_explanation;
     TagDock* m_tags;
+    ScriptDock* m_scripts;
+    TrustBar* m_trust;
+    QAction* m_trustAction = nullptr;
     QLabel* m_figures;
     QLabel* m_problems;
     QTimer m_figureTimer;

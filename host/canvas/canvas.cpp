@@ -137,3 +137,8 @@ void Canvas::shapeChanged(Shape& shape)
     if (m_changed.size() == 1)
         Q_EMIT changed();
 }
+
+void Canvas::shapeActed(Shape& shape, const QString& handler, const QVariantList& arguments)
+{
+    Q_EMIT acted(&shape, handler, arguments);
+}

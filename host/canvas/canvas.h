@@ -67,11 +67,14 @@ public:
 Q_SIGNALS:
     /// A shape changed; not emitted again until takeChanged().
     void changed();
+    /// The operator did something with a shape (ShapeListener::shapeActed).
+    void acted(Shape* shape, const QString& handler, const QVariantList& arguments);
     /// Everything has to be drawn anew: layers, their order, the size or the background are others now.
     void rearranged();
 
 private:
     void shapeChanged(Shape& shape) override;
+    void shapeActed(Shape& shape, const QString& handler, const QVariantList& arguments) override;
 
     QString m_name;
     QString m_title;

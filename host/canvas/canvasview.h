@@ -35,6 +35,11 @@ public:
     /// The shape that is marked as selected; null for none.
     void setSelected(::Shape* shape);
 
+    /// Where a place of the viewport lies on the page.
+    QPointF toPage(QPoint viewportPosition) const;
+    /// Where a shape lies in the viewport, with what is drawn around it.
+    QRect viewportRect(const ::Shape& shape) const;
+
     /// Draws what changed at once, instead of with the next turn of the event loop.
     void refresh();
 
@@ -66,8 +71,6 @@ private:
     void place();
     void showChanged(const QRegion& changed);
     double fittingZoom() const;
-    QPointF toPage(QPoint viewportPosition) const;
-    QRect viewportRect(const ::Shape& shape) const;
 
     Canvas& m_canvas;
     PageRenderer m_renderer;

@@ -165,3 +165,19 @@ const rapidjson::Value* JsonText::member(const rapidjson::Value& object, const c
     const auto found = object.FindMember(name);
     return found == object.MemberEnd() ? nullptr : &found->value;
 }
+
+QByteArray JsonText::otherMembers(const rapidjson::Value& object, const Names& known)
+{
+    if (!object.IsObject())
+        return {};
+    rapidjson::Document others(rapidjson::kObjectType);
+    for (const auto& member : object.GetObject()) {
+        const bool isKnown =
+            std::any_of(known.begin(), known.end(), [&member](const char* name) { return member.name == name; });
+        if (isKnown)
+            continue;
+        others.AddMember(rapidjson::Value(member.name, others.GetAllocator()),
+                         rapidjson::Value(member.value, others.GetAllocator()), others.GetAllocator());
+    }
+    return others.ObjectEmpty() ? QByteArray() : textOf(others);
+}

@@ -38,6 +38,9 @@ public:
     static QString stringOf(const rapidjson::Value& value);
     /// The member of that name; null when \p object is none or lacks it.
     static const rapidjson::Value* member(const rapidjson::Value& object, const char* name);
+    using Names = std::vector<const char*>;
+    /// The members of \p object other than \p known, as the text of an object; empty without any.
+    static QByteArray otherMembers(const rapidjson::Value& object, const Names& known);
 
 private:
     JsonText();

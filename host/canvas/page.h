@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/canvas/canvas.h"
+#include "host/canvas/eventactions.h"
 #include "host/hostexport.h"
 #include "scada/hub/canvasscadaactionmanagerinterface.h"
 
@@ -9,10 +10,11 @@
 
 #include <memory>
 
-/// An open page: the canvas and its tag actions, which go before it.
+/// An open page: the canvas, its event actions and its tag actions, which go before it.
 struct KORVANE_HOST_EXPORT Page
 {
     std::unique_ptr<Canvas> canvas;
+    EventActions events;
     std::unique_ptr<CanvasScadaActionManagerInterface> actions;
     QString fileName;
     /// What could not be loaded and what stands in its place, each with file, line and object.

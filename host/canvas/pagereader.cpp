@@ -4,6 +4,7 @@
 #include "host/actions/unloadedaction.h"
 #include "host/canvas/jsontext_p.h"
 #include "host/canvas/jsonvalues_p.h"
+#include "host/canvas/storedevents_p.h"
 #include "host/shapes/placeholder.h"
 #include "host/shapes/shapefactory.h"
 #include "host/shapes/shapeproperty.h"
@@ -23,8 +24,7 @@ namespace {
 
 using rapidjson::Value;
 
-/// Names of members whose values were taken; what is not among them is kept as it stands.
-using Taken = std::vector<const char*>;
+using Taken = JsonText::Names;
 
 constexpr int largestPage = 100000;  // page units; more than painting can count in at the largest zoom
 constexpr double farthest = 1000000; // place of a shape
@@ -47,6 +47,7 @@ private:
     bool readPlace(Shape& shape, const Value& stored);
     bool readProperties(Shape& shape, const Value& stored);
     void readActions(Shape& shape, const Value& stored);
+    void readEvents(const Shape* shape, const Value& stored);
     std::unique_ptr<TagAction> readAction(Shape& shape, const Value& stored);
     using Parts = tl::expected<void, QString>;
     tl::expected<std::unique_ptr<TagAction>, QString> readParts(Shape& shape, const Value& stored);
@@ -67,22 +68,6 @@ private:
     QString m_object; ///< what is being read, for problems
 };
 
-QByteArray unknownMembers(const Value& object, const Taken& known)
-{
-    if (!object.IsObject())
-        return {};
-    rapidjson::Document unknown(rapidjson::kObjectType);
-    for (const auto& member : object.GetObject()) {
-        const bool isKnown =
-            std::any_of(known.begin(), known.end(), [&member](const char* name) { return member.name == name; });
-        if (isKnown)
-            continue;
-        unknown.AddMember(Value(member.name, unknown.GetAllocator()), Value(member.value, unknown.GetAllocator()),
-                          unknown.GetAllocator());
-    }
-    return unknown.ObjectEmpty() ? QByteArray() : JsonText::textOf(unknown);
-}
-
 QString textMember(const Value& object, const char* name)
 {
     const Value* found = JsonText::member(object, name);
@@ -99,7 +84,7 @@ void Reading::problem(const Value& where, const QString& text)
 void Reading::readCanvas(const Value& root)
 {
     Canvas& canvas = *m_page.canvas;
-    Taken taken = {"format", "version", "layers"};
+    Taken taken = {"format", "version", "layers", "events"};
     m_object = QStringLiteral("page");
     if (const Value* stored = textIn(root, "title", taken))
         canvas.setTitle(JsonText::stringOf(*stored));
@@ -123,7 +108,9 @@ void Reading::readCanvas(const Value& root)
             problem(*stored, QStringLiteral("\"background\" is no colour: the default is used"));
         }
     }
-    canvas.setUnknownMembers(unknownMembers(root, taken));
+    if (const Value* events = JsonText::member(root, "events"))
+        readEvents(nullptr, *events);
+    canvas.setUnknownMembers(JsonText::otherMembers(root, taken));
     m_object.clear();
 }
 
@@ -170,7 +157,7 @@ void Reading::readLayer(const Value& stored)
     Taken taken = {"name", "shapes"};
     m_page.canvas->setLayerVisible(layer, flagIn(stored, "visible", taken));
     m_page.canvas->setMarksShown(layer, flagIn(stored, "marks", taken));
-    layer.setUnknownMembers(unknownMembers(stored, taken));
+    layer.setUnknownMembers(JsonText::otherMembers(stored, taken));
     const Value* shapes = JsonText::member(stored, "shapes");
     if (!shapes)
         return;
@@ -183,8 +170,13 @@ void Reading::readLayer(const Value& stored)
         m_object = QStringLiteral("shape \"%1\"").arg(textMember(shape, "name"));
         Shape& added = m_page.canvas->addShape(layer, readShape(shape));
         const Value* actions = JsonText::member(shape, "actions");
-        if (actions && !dynamic_cast<Placeholder*>(&added))
+        const Value* events = JsonText::member(shape, "events");
+        if (dynamic_cast<Placeholder*>(&added))
+            continue; // has them with the rest of the stored shape
+        if (actions)
             readActions(added, *actions);
+        if (events)
+            readEvents(&added, *events);
     }
 }
 
@@ -213,7 +205,7 @@ std::unique_ptr<Shape> Reading::readShape(const Value& stored)
     std::unique_ptr<Shape> shape = ShapeFactory::create(className);
     if (!shape)
         return placeholder(stored, QStringLiteral("unknown class \"%1\"").arg(className));
-    Taken taken = {"class", "actions"};
+    Taken taken = {"class", "actions", "events"};
     if (const Value* name = textIn(stored, "name", taken))
         shape->setName(JsonText::stringOf(*name));
     if (readPlace(*shape, stored))
@@ -221,7 +213,7 @@ std::unique_ptr<Shape> Reading::readShape(const Value& stored)
     const Value* properties = JsonText::member(stored, "properties");
     if (!properties || readProperties(*shape, *properties))
         taken.push_back("properties");
-    shape->setUnknownMembers(unknownMembers(stored, taken));
+    shape->setUnknownMembers(JsonText::otherMembers(stored, taken));
     return shape;
 }
 
@@ -277,6 +269,22 @@ void Reading::readActions(Shape& shape, const Value& stored)
         m_page.actions->addAction(readAction(shape, action).release());
 }
 
+// Of a shape, or of the page for null.
+void Reading::readEvents(const Shape* shape, const Value& stored)
+{
+    if (!stored.IsArray()) {
+        problem(stored, QStringLiteral("\"events\" is no array: there are none"));
+        m_page.events.add(shape, {nullptr, JsonText::textOf(stored)});
+        return;
+    }
+    for (const Value& event : stored.GetArray()) {
+        StoredEvents::Read read = StoredEvents::read(event);
+        if (!read.problem.isEmpty())
+            problem(event, read.problem);
+        m_page.events.add(shape, std::move(read.entry));
+    }
+}
+
 // An action of which a part can't be read does nothing, and stays in the file as it stands.
 std::unique_ptr<TagAction> Reading::readAction(Shape& shape, const Value& stored)
 {
@@ -301,7 +309,7 @@ tl::expected<std::unique_ptr<TagAction>, QString> Reading::readParts(Shape& shap
     if (storedVersion && !storedVersion->IsUint())
         return tl::make_unexpected(QStringLiteral("\"version\" is no whole number"));
     const ScadaTagActionStream stream(storedVersion ? storedVersion->GetUint() : ScadaTagActionStream::currentVersion);
-    action->setUnknownMembers(unknownMembers(stored, {"type", "version", "targets", "rules", "settings"}));
+    action->setUnknownMembers(JsonText::otherMembers(stored, {"type", "version", "targets", "rules", "settings"}));
     if (const Value* targets = JsonText::member(stored, "targets")) {
         if (const auto read = readTargets(*action, *targets, stream); !read)
             return tl::make_unexpected(read.error());
@@ -364,7 +372,7 @@ Reading::Parts Reading::readTargets(TagAction& action, const Value& stored, cons
         if (!record || (tag && JsonText::stringOf(*tag) != read.getTagString()))
             read = ObjectTarget::fromTagString(JsonText::stringOf(*tag));
         checkTag(read.getTagString(), target);
-        action.addTarget(read, unknownMembers(target, {"tag", "record"}));
+        action.addTarget(read, JsonText::otherMembers(target, {"tag", "record"}));
     }
     return {};
 }
@@ -406,7 +414,7 @@ Reading::Parts Reading::readRules(TagAction& action, const Shape& shape, const V
             else
                 return tl::make_unexpected(values.error());
         }
-        read.unknownMembers = unknownMembers(rule, {"when", "set"});
+        read.unknownMembers = JsonText::otherMembers(rule, {"when", "set"});
         rules.push_back(read);
     }
     action.setRules(rules);
@@ -470,7 +478,7 @@ tl::expected<RuleCondition, QString> Reading::readCondition(const Value& stored,
     checkTag(data.leftTag, stored);
     checkTag(data.rightText, stored);
     RuleCondition read(data);
-    read.unknownMembers = unknownMembers(stored, {"tag", "operator", "bound", "link", "record"});
+    read.unknownMembers = JsonText::otherMembers(stored, {"tag", "operator", "bound", "link", "record"});
     return read;
 }
 

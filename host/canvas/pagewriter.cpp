@@ -5,6 +5,7 @@
 #include "host/canvas/jsontext_p.h"
 #include "host/canvas/jsonvalues_p.h"
 #include "host/canvas/pagereader.h"
+#include "host/canvas/storedevents_p.h"
 #include "host/shapes/placeholder.h"
 #include "host/shapes/shapefactory.h"
 #include "host/shapes/shapeproperty.h"
@@ -23,7 +24,7 @@ using JsonValues::Writer;
 class Writing
 {
 public:
-    explicit Writing(const Page& page) : m_writer(m_buffer)
+    explicit Writing(const Page& page) : m_events(page.events), m_writer(m_buffer)
     {
         m_writer.SetIndent(' ', 1);
         m_writer.SetFormatOptions(rapidjson::kFormatSingleLineArray);
@@ -40,6 +41,7 @@ private:
     void writeShape(const Shape& shape);
     void writeProperties(const Shape& shape);
     void writeAction(const TagAction& action);
+    void writeEvents(const Shape* shape);
     void writeTargets(const TagAction& action);
     void writeRules(const TagAction& action);
     void writeSettings(const TagAction& action);
@@ -49,6 +51,7 @@ private:
     void writeRaw(const QByteArray& json);
     void text(const char* key, const QString& value);
 
+    const EventActions& m_events;
     rapidjson::StringBuffer m_buffer;
     Writer m_writer;
     QHash<const TesselInterface*, QList<const TagAction*>> m_actions;
@@ -106,6 +109,7 @@ QByteArray Writing::write(const Canvas& canvas)
         m_writer.Key("background");
         JsonValues::write(m_writer, QVariant(canvas.background()));
     }
+    writeEvents(nullptr);
     writeKept(kept);
     m_writer.Key("layers");
     m_writer.StartArray();
@@ -161,7 +165,29 @@ void Writing::writeShape(const Shape& shape)
             writeAction(*action);
         m_writer.EndArray();
     }
+    writeEvents(&shape);
     m_writer.EndObject();
+}
+
+// Of a shape, or of the page for null.
+void Writing::writeEvents(const Shape* shape)
+{
+    const std::vector<EventActions::Entry>& entries = m_events.of(shape);
+    if (entries.empty())
+        return;
+    m_writer.Key("events");
+    m_writer.StartArray();
+    for (const EventActions::Entry& entry : entries) {
+        if (!entry.action) {
+            writeRaw(entry.unknown); // as it was read
+            continue;
+        }
+        m_writer.StartObject();
+        StoredEvents::writeMembers(m_writer, *entry.action);
+        writeKept(entry.unknown);
+        m_writer.EndObject();
+    }
+    m_writer.EndArray();
 }
 
 // Only what was set otherwise than a new shape has it.

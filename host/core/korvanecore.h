@@ -18,8 +18,12 @@ public:
     KVCanvasManagerInterface* canvasManager() override { return m_canvasManager; }
     /// \param manager not owned; null takes it back
     void setCanvasManager(KVCanvasManagerInterface* manager) { m_canvasManager = manager; }
+    KorvaneScriptInterface* scriptInterface() override { return m_scripts; }
+    /// \param scripts not owned; null takes it back
+    void setScriptInterface(KorvaneScriptInterface* scripts) { m_scripts = scripts; }
 
 private:
     ScadaCore m_scada;
     KVCanvasManagerInterface* m_canvasManager = nullptr;
+    KorvaneScriptInterface* m_scripts = nullptr;
 };

@@ -39,6 +39,12 @@ public:
             refuse(name, QStringLiteral("a whole number from %1 to %2").arg(low).arg(high));
         return number;
     }
+    using Milliseconds = std::chrono::milliseconds;
+    Milliseconds duration(const char* name, Milliseconds otherwise, Milliseconds shortest, Milliseconds longest)
+    {
+        return Milliseconds(number(name, static_cast<int>(otherwise.count()), static_cast<int>(shortest.count()),
+                                   static_cast<int>(longest.count())));
+    }
     void refuse(const char* name, const QString& wanted)
     {
         if (m_problem.isEmpty())
@@ -85,9 +91,9 @@ tl::expected<Project, QString> Project::read(const QString& folder)
     project.startPage = members.text("startPage");
     project.source = members.text("source");
     project.timeZone = members.text("timeZone");
-    project.tick = std::chrono::milliseconds(members.number("tickMs", static_cast<int>(project.tick.count()),
-                                                            static_cast<int>(shortestTick.count()),
-                                                            static_cast<int>(longestTick.count())));
+    project.tick = members.duration("tickMs", project.tick, shortestTick, longestTick);
+    project.scriptLimit =
+        members.duration("scriptLimitMs", project.scriptLimit, shortestScriptLimit, longestScriptLimit);
     project.isSecured = members.flag("security", false);
     if (!project.timeZone.isEmpty() && !QTimeZone(project.timeZone.toLatin1()).isValid())
         members.refuse("timeZone", QStringLiteral("the name of a time zone, as \"Europe/Berlin\""));

@@ -15,6 +15,8 @@ struct KORVANE_HOST_EXPORT Project
     static constexpr int version = 1;
     static constexpr std::chrono::milliseconds shortestTick{10};
     static constexpr std::chrono::milliseconds longestTick{1000};
+    static constexpr std::chrono::milliseconds shortestScriptLimit{10};
+    static constexpr std::chrono::milliseconds longestScriptLimit{60000};
 
     QString folder; ///< absolute
     QString name;
@@ -23,6 +25,8 @@ struct KORVANE_HOST_EXPORT Project
     QString timeZone = {}; ///< IANA id of the zone whose hours and days the statistics follow; empty for the system's
     std::chrono::milliseconds tick{50};
     bool isSecured = false;
+    /// How long a script may run before it is stopped.
+    std::chrono::milliseconds scriptLimit{2000};
 
     /// The project in \p folder.
     /// \returns why it can't be opened, with the file's name and, where there is one, the line.

@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -58,7 +59,8 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
       m_core([this] { return QDateTime::fromMSecsSinceEpoch(nowMs(), Qt::UTC); }),
       m_dataService(m_database, *m_core.scadaCoreInterface()),
       m_managers(m_core.scadaCoreInterface()),
-      m_pages(m_project, *m_core.scadaCoreInterface())
+      m_pages(m_project, *m_core.scadaCoreInterface()),
+      m_scripts(*m_core.scadaCoreInterface())
 {
     KorvaneScadaCoreInterface& hub = *m_core.scadaCoreInterface();
     hub.setScadaRuntime(&m_database);
@@ -75,13 +77,9 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
 
     m_dataService.setTick(m_project.tick);
     connect(&m_dataService, &DataService::problemFound, this, &LiveSystem::addProblem);
-    connect(&m_pages, &CanvasManager::opened, this, [this](Page* page) {
-        m_dataService.addPage(page->actions.get());
-        for (const QString& problem : qAsConst(page->problems))
-            addProblem(problem);
-    });
-    connect(&m_pages, &CanvasManager::aboutToClose, this,
-            [this](Page* page) { m_dataService.removePage(page->actions.get()); });
+    heedPages();
+    heedScripts();
+    m_scripts.setEnabled(options.areScriptsTrusted);
     connect(&m_properties, &PropertyManager::valueChanged, this, [this](const QString& name, const QVariant& value) {
         for (const auto& page : m_pages.pages())
             page->actions->takeProperty(name, value);
@@ -93,6 +91,61 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
             if (page->actions->isShown())
                 page->actions->timeOut();
         }
+    });
+}
+
+void LiveSystem::heedPages()
+{
+    connect(&m_pages, &CanvasManager::opened, this, [this](Page* page) {
+        m_dataService.addPage(page->actions.get());
+        for (const QString& problem : qAsConst(page->problems))
+            addProblem(problem);
+        m_pageScripts.push_back(std::make_unique<PageScripts>(*page, m_core, m_scripts, m_database));
+        if (m_scripts.isEnabled())
+            m_pageScripts.back()->load();
+    });
+    connect(&m_pages, &CanvasManager::aboutToClose, this, [this](Page* page) {
+        scriptsOf(*page)->unload();
+        m_pageScripts.erase(std::find_if(m_pageScripts.begin(), m_pageScripts.end(),
+                                         [page](const auto& scripts) { return &scripts->page() == page; }));
+        m_dataService.removePage(page->actions.get());
+    });
+}
+
+void LiveSystem::heedScripts()
+{
+    m_core.setScriptInterface(&m_scripts);
+    m_scripts.setLimits({m_project.scriptLimit});
+    m_scripts.setPageNames([this] { return m_project.pages(); });
+    connect(&m_scripts, &ScriptEngine::failed, this, &LiveSystem::addProblem);
+    connect(&m_scripts, &ScriptEngine::logged, this, [this](ScriptEngine::Severity severity, const QString& text) {
+        if (severity == ScriptEngine::Severity::Error)
+            addProblem(text);
+    });
+    connect(&m_dataService, &DataService::batchSent, this, [this] {
+        for (const auto& scripts : m_pageScripts)
+            scripts->noteValues();
+    });
+}
+
+PageScripts* LiveSystem::scriptsOf(const Page& page) const
+{
+    const auto found = std::find_if(m_pageScripts.begin(), m_pageScripts.end(),
+                                    [&page](const auto& scripts) { return &scripts->page() == &page; });
+    return found == m_pageScripts.end() ? nullptr : found->get();
+}
+
+void LiveSystem::trustScripts()
+{
+    m_scripts.setEnabled(true);
+    for (const auto& scripts : m_pageScripts)
+        scripts->load();
+}
+
+bool LiveSystem::hasUntrustedScripts() const
+{
+    return !m_scripts.isEnabled() && std::any_of(m_pageScripts.begin(), m_pageScripts.end(), [](const auto& scripts) {
+        return !scripts->page().events.isEmpty();
     });
 }
 
@@ -120,16 +173,11 @@ void LiveSystem::addProblem(const QString& text)
 
 tl::expected<void, QString> LiveSystem::loadPoints()
 {
-    const auto list = PointList::read(m_project.pointFile());
-    if (!list)
-        return tl::make_unexpected(list.error());
-    for (const QString& problem : list->problems)
+    const auto loaded = PointList::load(m_project.pointFile(), m_database);
+    if (!loaded)
+        return tl::make_unexpected(loaded.error());
+    for (const QString& problem : *loaded)
         addProblem(problem);
-    m_database.reserve(Korvane::ScadaObjectType::Point, list->objects.size());
-    for (const RuntimeDatabase::Object& object : list->objects) {
-        if (const auto added = m_database.add(object); !added)
-            addProblem(QStringLiteral("%1: %2").arg(m_project.pointFile(), added.error()));
-    }
     return {};
 }
 

@@ -10,6 +10,8 @@
 #include "host/runtime/dataservice.h"
 #include "host/runtime/runtimedatabase.h"
 #include "host/runtime/runtimestore.h"
+#include "host/scripting/pagescripts.h"
+#include "host/scripting/scriptengine.h"
 #include "host/sources/sourceaddress.h"
 
 #include <QObject>
@@ -41,6 +43,8 @@ public:
         QString source = {};
         /// Where the machine's time comes from, milliseconds since 1970-01-01 UTC; the machine's clock unless given.
         std::function<qint64()> machineClock = {};
+        /// Whether the project's scripts run from the start; they can be switched on later.
+        bool areScriptsTrusted = false;
         /// Whether statistics are kept in the project's database file.
         bool isStored = true;
     };
@@ -61,6 +65,13 @@ public:
     CanvasManager& pages() { return m_pages; }
     PropertyManager& properties() { return m_properties; }
     KorvaneCore& core() { return m_core; }
+    ScriptEngine& scripts() { return m_scripts; }
+    /// The scripts of an open page, owned by the system; null for a page that is not open here.
+    PageScripts* scriptsOf(const Page& page) const;
+    /// Has the project's scripts run from now on; open pages are loaded as if they were opened now.
+    void trustScripts();
+    /// Whether an open page has event actions that do not run, since the project's scripts are not trusted.
+    bool hasUntrustedScripts() const;
     QString sourceDescription() const;
     /// How much faster than the machine's clock the system's runs.
     double speed() const { return m_replay ? m_replay->speed() : 1; }
@@ -82,6 +93,8 @@ private:
     tl::expected<void, QString> openSource(const QString& address, bool isOwn);
     void openStore();
     void addProblem(const QString& text);
+    void heedPages();
+    void heedScripts();
 
     Project m_project;
     std::function<qint64()> m_machineClock;
@@ -95,5 +108,7 @@ private:
     DataService m_dataService;
     CanvasActionManagerFactory m_managers;
     CanvasManager m_pages;
+    ScriptEngine m_scripts;
+    std::vector<std::unique_ptr<PageScripts>> m_pageScripts; ///< of the open pages
     QTimer m_blink;
 };

@@ -437,3 +437,17 @@ tl::expected<PointList::Result, QString> PointList::read(const QString& path)
 {
     return Reader(path).read();
 }
+
+tl::expected<QStringList, QString> PointList::load(const QString& path, RuntimeDatabase& database)
+{
+    const auto list = read(path);
+    if (!list)
+        return tl::make_unexpected(list.error());
+    QStringList problems = list->problems;
+    database.reserve(Korvane::ScadaObjectType::Point, list->objects.size());
+    for (const Object& object : list->objects) {
+        if (const auto added = database.add(object); !added)
+            problems.append(QStringLiteral("%1: %2").arg(path, added.error()));
+    }
+    return problems;
+}

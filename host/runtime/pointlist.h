@@ -45,4 +45,9 @@ struct Result
 /// header lacks a needed column.
 [[nodiscard]] KORVANE_HOST_EXPORT tl::expected<Result, QString> read(const QString& path);
 
+/// Reads the list at \p path into \p database.
+/// \returns what was left out and why, as read() tells it, or the reason why there is no list.
+[[nodiscard]] KORVANE_HOST_EXPORT tl::expected<QStringList, QString> load(const QString& path,
+                                                                          RuntimeDatabase& database);
+
 } // namespace PointList

@@ -7,6 +7,7 @@
 #include "platform/data/valuemarks.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QLocale>
 
 #include <algorithm>
@@ -453,4 +454,22 @@ void RuntimeDatabase::interrupt(ObjectKey key, qint64 timeMs)
 ObjectKey RuntimeDatabase::findPoint(QStringView name) const
 {
     return findByName(ScadaObjectType::Point, name);
+}
+
+std::vector<PointDirectory::Station> RuntimeDatabase::stations() const
+{
+    std::vector<Station> all;
+    QHash<QString, std::size_t> places;
+    for (const Family* one : {&m_points, &m_rtus, &m_channels}) {
+        for (const Object& object : one->objects) {
+            const auto place = places.constFind(object.station);
+            const std::size_t station = place == places.constEnd() ? all.size() : *place;
+            if (station == all.size()) {
+                places.insert(object.station, station);
+                all.push_back({object.station, {}});
+            }
+            all[station].objects.push_back({{object.type, object.id}, object.name, object.description});
+        }
+    }
+    return all;
 }

@@ -87,6 +87,7 @@ public:
     ObjectKey findByName(Korvane::ScadaObjectType family, QStringView name) const override;
     ObjectKey findById(Korvane::ScadaObjectType family, qint32 id) const override;
     ObjectKey findPoint(QStringView name) const override;
+    std::vector<Station> stations() const override;
 
     /// The object of that key; null when there is none. The pointer holds until the next add().
     const Object* object(ObjectKey key) const;

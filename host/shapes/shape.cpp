@@ -211,6 +211,12 @@ void Shape::changed()
         m_listener->shapeChanged(*this);
 }
 
+void Shape::act(const QString& handler, const QVariantList& arguments)
+{
+    if (m_listener)
+        m_listener->shapeActed(*this, handler, arguments);
+}
+
 QVariant Shape::itemChange(GraphicsItemChange change, const QVariant& value)
 {
     if (change == ItemChildAddedChange || change == ItemChildRemovedChange)

@@ -34,6 +34,10 @@ public:
     virtual ~ShapeListener();
     /// \p shape looks different now, or lies elsewhere. Told once until the shape was drawn.
     virtual void shapeChanged(Shape& shape) = 0;
+    /// The operator did something with \p shape that its class has a name for.
+    /// \param handler name of the script function that stands for it, as "onTextChanged"
+    /// \param arguments what the function is given behind the shape itself
+    virtual void shapeActed(Shape& shape, const QString& handler, const QVariantList& arguments) = 0;
 };
 
 /// A drawn object on a page, and the graphics item that overlays lie upon and clicks find.
@@ -78,6 +82,8 @@ public:
 
     /// Reports that the shape looks different now.
     void changed();
+    /// Reports that the operator did something with the shape (ShapeListener::shapeActed).
+    void act(const QString& handler, const QVariantList& arguments = {});
     /// Whether it changed since it was last drawn.
     bool isChanged() const { return m_isChanged; }
     /// States that it was drawn as it is now.

@@ -22,6 +22,7 @@ struct Listener : ShapeListener
 {
     void shapeChanged(Shape&) override { ++count; }
     int count = 0;
+    void shapeActed(Shape&, const QString&, const QVariantList&) override {}
 };
 
 std::unique_ptr<Shape> created(const char* className)

@@ -17,6 +17,7 @@ struct Listener : ShapeListener
 {
     void shapeChanged(Shape&) override { ++count; }
     int count = 0;
+    void shapeActed(Shape&, const QString&, const QVariantList&) override {}
 };
 
 bool set(Shape& shape, const char* property, const QVariant& value)

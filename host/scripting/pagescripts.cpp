@@ -1,0 +1,197 @@
+#include "host/scripting/pagescripts.h"
+
+#include "host/canvas/page.h"
+#include "host/runtime/runtimedatabase.h"
+#include "scada/binding/objecttarget.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+using Korvane::TriggerType;
+
+/// The handler that stands for a trigger, besides its event actions.
+std::optional<ScriptHandler> handlerOf(TriggerType trigger)
+{
+    switch (trigger) {
+    case TriggerType::MouseDoubleClick:
+        return ScriptHandler::DoubleClick;
+    case TriggerType::MouseHover:
+        return ScriptHandler::MouseEnter;
+    case TriggerType::MouseLeave:
+        return ScriptHandler::MouseLeave;
+    case TriggerType::CanvasLoad:
+    case TriggerType::ObjectLoading:
+        return ScriptHandler::Load;
+    default:
+        return std::nullopt;
+    }
+}
+
+std::vector<ObjectKey> boundObjects(const Page& page, const Shape* shape)
+{
+    std::vector<ObjectKey> objects;
+    for (const ScadaTagActionInterface* action : page.actions->actionsOf(shape)) {
+        QList<ObjectTarget*> targets;
+        const_cast<ScadaTagActionInterface*>(action)->collectTargets(targets);
+        for (ObjectTarget* target : qAsConst(targets)) {
+            if (target->getPid() != 0)
+                objects.push_back({target->objectKindType(), target->getPid()});
+        }
+    }
+    return objects;
+}
+
+} // namespace
+
+PageScripts::PageScripts(Page& page, KorvaneCoreInterface& core, ScriptEngine& engine, const RuntimeDatabase& database,
+                         QObject* parent)
+    : QObject(parent), m_page(page), m_core(core), m_engine(engine), m_database(database)
+{
+    for (Shape* shape : page.canvas->shapes()) {
+        if (!page.events.of(shape).empty())
+            m_heeding.push_back(shape);
+    }
+    connect(page.canvas.get(), &Canvas::acted, this, &PageScripts::noteAct);
+}
+
+PageScripts::~PageScripts()
+{
+    m_engine.forgetCanvas(m_page.canvas.get());
+}
+
+void PageScripts::load()
+{
+    if (m_isLoaded)
+        return;
+    m_isLoaded = true;
+    for (Shape* shape : m_page.canvas->shapes()) {
+        std::vector<ObjectKey> objects = boundObjects(m_page, shape);
+        if (!objects.empty())
+            m_loading.emplace_back(shape, std::move(objects));
+    }
+    for (Shape* shape : m_heeding)
+        fire(TriggerType::ObjectLoading, shape, {});
+    fire(TriggerType::CanvasLoad, nullptr, {});
+    noteChangedPoints(); // from here on, changes are told
+}
+
+void PageScripts::unload()
+{
+    if (!m_isLoaded)
+        return;
+    fire(TriggerType::CanvasUnload, nullptr, {});
+    m_isLoaded = false;
+}
+
+Shape* PageScripts::targetAt(const QPointF& position) const
+{
+    const auto isHit = [&position](const Shape* shape) {
+        const StratelInterface* layer = const_cast<Shape*>(shape)->layer();
+        return shape->isVisible() && (!layer || layer->isVisible()) && shape->contains(shape->mapFromScene(position));
+    };
+    const auto found = std::find_if(m_heeding.rbegin(), m_heeding.rend(), isHit);
+    return found == m_heeding.rend() ? nullptr : *found;
+}
+
+void PageScripts::fire(TriggerType trigger, Shape* shape, const ScriptEvent& event)
+{
+    if (!m_isLoaded)
+        return;
+    m_engine.setEvent(event);
+    runActions(trigger, shape);
+    if (const auto handler = handlerOf(trigger))
+        call(shape, *handler);
+    m_engine.setEvent(std::nullopt);
+}
+
+void PageScripts::runActions(TriggerType trigger, Shape* shape)
+{
+    for (const EventActions::Entry& entry : m_page.events.of(shape)) {
+        if (entry.action && entry.action->triggetType() == trigger)
+            entry.action->runAction(&m_core, shape, m_page.canvas.get());
+    }
+}
+
+void PageScripts::click(Shape* shape, const ScriptEvent& event)
+{
+    if (!m_isLoaded)
+        return;
+    m_engine.setEvent(event);
+    call(shape, ScriptHandler::Click);
+    m_engine.setEvent(std::nullopt);
+}
+
+void PageScripts::call(Shape* shape, ScriptHandler handler, const QVariantList& arguments)
+{
+    if (m_engine.hasHandler(m_page.canvas.get(), shape, handler))
+        m_engine.callHandler(m_page.canvas.get(), shape, handler, arguments);
+}
+
+void PageScripts::noteAct(Shape* shape, const QString& handler, const QVariantList& arguments)
+{
+    const auto known = scriptHandlerOf(handler);
+    if (m_isLoaded && known)
+        call(shape, *known, arguments);
+}
+
+void PageScripts::noteZoom(double zoom)
+{
+    if (m_isLoaded)
+        call(nullptr, ScriptHandler::ZoomLevelChanged, {zoom});
+}
+
+void PageScripts::noteValues()
+{
+    if (!m_isLoaded)
+        return;
+    noteChangedPoints();
+    noteLoadedShapes();
+}
+
+QVariant PageScripts::valueOf(ObjectKey object) const
+{
+    const QuorixData record = m_database.presentRecord(object);
+    const QuorixValue* value = record.GetValue(DataFieldInfo::currentValueMember);
+    return value ? value->toVariant() : QVariant();
+}
+
+// What changed before there was a handler is no news to it.
+void PageScripts::noteChangedPoints()
+{
+    if (!m_engine.hasHandler(m_page.canvas.get(), nullptr, ScriptHandler::PointValueChanged)) {
+        m_values.clear();
+        return;
+    }
+    if (m_values.empty()) {
+        for (const ObjectKey object : m_page.actions->boundObjects())
+            m_values.emplace_back(object, valueOf(object));
+        return;
+    }
+    for (auto& [object, known] : m_values) {
+        const QVariant value = valueOf(object);
+        if (value == known)
+            continue;
+        known = value;
+        call(nullptr, ScriptHandler::PointValueChanged, {m_database.object(object)->name, value});
+    }
+}
+
+void PageScripts::noteLoadedShapes()
+{
+    const auto hasValues = [this](const auto& waiting) {
+        return std::all_of(waiting.second.begin(), waiting.second.end(),
+                           [this](ObjectKey object) { return valueOf(object).isValid(); });
+    };
+    std::vector<Shape*> loaded;
+    for (const auto& waiting : m_loading) {
+        if (hasValues(waiting))
+            loaded.push_back(waiting.first);
+    }
+    if (loaded.empty())
+        return;
+    m_loading.erase(std::remove_if(m_loading.begin(), m_loading.end(), hasValues), m_loading.end());
+    for (Shape* shape : loaded)
+        call(shape, ScriptHandler::DataLoaded);
+}

@@ -1,0 +1,5 @@
+#pragma once
+
+#include <pybind11/embed.h>
+
+namespace py = pybind11;

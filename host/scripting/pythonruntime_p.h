@@ -1,0 +1,51 @@
+#pragma once
+
+#include "host/scripting/python_p.h"
+#include "host/scripting/scripthandler.h"
+
+#include <QString>
+
+/// The one interpreter of the process: started by the first use, held by the GUI thread, never ended, since Python's
+/// own modules do not survive being started twice.
+class PythonRuntime
+{
+public:
+    static PythonRuntime& instance();
+
+    /// A namespace as every page's begins.
+    py::dict freshGlobals() const;
+    /// \throws py::error_already_set for a script that can't be compiled
+    py::object compile(const QString& script, const QString& title) const;
+
+    /// What went wrong and where, of an exception that a script raised.
+    struct Failure
+    {
+        int line = 0; ///< of the innermost script; 0 when none is to blame
+        QString message;
+        QString traceback; ///< where more than one line is to blame, else empty; ends in a line feed
+    };
+    /// May run code of the script, as its exceptions' own texts.
+    Failure describe(const py::error_already_set& error) const;
+    /// Why \p function can't be called with that many arguments, as "has no ..."; empty when it can.
+    QString checkHandler(const py::object& function, int argumentCount) const;
+    /// What the module has to offer: tuples of owner, meaning and a list of (name, call, meaning).
+    py::list catalogue() const;
+    /// Line on which the innermost script is right now; 0 when none runs.
+    static int currentLine();
+
+    /// The handler's name as the interpreter keeps it; borrowed.
+    PyObject* handlerName(ScriptHandler handler) const { return m_names[static_cast<std::size_t>(handler)]; }
+    PyObject* shapeName() const { return m_shape; }
+    PyObject* triggerName() const { return m_trigger; }
+    PyObject* eventName() const { return m_event; }
+
+private:
+    PythonRuntime();
+
+    py::dict m_prelude;
+    py::module_ m_module;
+    PyObject* m_names[scriptHandlerCount];
+    PyObject* m_shape;
+    PyObject* m_trigger;
+    PyObject* m_event;
+};

@@ -1,0 +1,73 @@
+#include "host/scripting/pythonvalues_p.h"
+#include "host/scripting/scriptmodule_p.h"
+#include "host/scripting/scriptsession_p.h"
+#include "platform/data/scadaalarm.h"
+#include "scada/hub/korvanescadacoreinterface.h"
+#include "scada/hub/korvanescadaruntimmanagerinterface.h"
+#include "scada/hub/systemalarmmanagerinterface.h"
+
+namespace {
+
+using PythonValues::toPython;
+using ScriptModule::raise;
+using ScriptModule::session;
+
+// In the order of ScadaAlarm::State.
+constexpr const char* stateNames[] = {"normal",  "unacknowledged", "acknowledged",  "returned unacknowledged",
+                                      "shelved", "suppressed",     "out of service"};
+
+SystemAlarmManagerInterface& manager()
+{
+    SystemAlarmManagerInterface* alarms = session().hub().alarmManager();
+    if (!alarms)
+        raise(PyExc_RuntimeError, QStringLiteral("this system has no alarms"));
+    return *alarms;
+}
+
+QString currentUser()
+{
+    KorvaneScadaRuntimManagerInterface* runtime = session().hub().runtimeManager();
+    return runtime ? runtime->currentUser() : QString();
+}
+
+py::list active()
+{
+    py::list found;
+    const QList<ScadaAlarm> alarms = manager().activeAlarms();
+    for (const ScadaAlarm& alarm : alarms)
+        found.append(alarm);
+    return found;
+}
+
+template <auto member>
+py::object memberOf(const ScadaAlarm& alarm)
+{
+    return toPython(QVariant(alarm.*member));
+}
+
+} // namespace
+
+void ScriptModule::defineAlarms(py::module_ alarms)
+{
+    py::class_<ScadaAlarm>(alarms, "Alarm", "One occurrence of an alarm, as it stood when it was asked for.")
+        .def_readonly("id", &ScadaAlarm::id, "Number of the occurrence.")
+        .def_property_readonly("tag", &memberOf<&ScadaAlarm::tag>, "Tag of what is watched.")
+        .def_property_readonly("area", &memberOf<&ScadaAlarm::area>, "Area of responsibility.")
+        .def_readonly("severity", &ScadaAlarm::severity, "0 to 9; 9 is the gravest.")
+        .def_property_readonly(
+            "state", [](const ScadaAlarm& alarm) { return stateNames[static_cast<int>(alarm.state)]; },
+            "\"normal\", \"unacknowledged\", \"acknowledged\", \"returned unacknowledged\", \"shelved\", \"suppressed\" or "
+            "\"out of service\".")
+        .def_property_readonly("value", &memberOf<&ScadaAlarm::value>, "The value that raised it.")
+        .def_property_readonly("limit", &memberOf<&ScadaAlarm::limit>, "The limit that was crossed; None without one.")
+        .def_property_readonly("message", &memberOf<&ScadaAlarm::message>, "Its text.")
+        .def_property_readonly("raised", &memberOf<&ScadaAlarm::raised>, "When it was raised, in UTC.");
+    alarms.def("active", &active, "active()\n\nEvery alarm that has not returned to normal, newest first.");
+    alarms.def(
+        "acknowledge", [](quint64 id) { return manager().acknowledge(id, currentUser()); }, py::arg("id"),
+        "acknowledge(id)\n\nAcknowledges an occurrence for the operator who is logged in; False when there was nothing to "
+        "acknowledge.");
+    alarms.def(
+        "highest_severity", [] { return manager().highestUnacknowledgedSeverity(); },
+        "highest_severity()\n\nThe highest severity that waits for an operator; -1 when none does.");
+}
