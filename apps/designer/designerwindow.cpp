@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QStatusBar>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace {
@@ -77,7 +78,7 @@ void DesignerWindow::buildDocks()
     m_scriptDock->setObjectName(QStringLiteral("scripts"));
     m_scriptDock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
     addDockWidget(Qt::BottomDockWidgetArea, m_scriptDock);
-    resizeDocks({m_objects}, {260}, Qt::Horizontal);
+    resizeDocks({m_objects}, {320}, Qt::Horizontal);
     resizeDocks({m_scriptDock}, {420}, Qt::Vertical);
     connect(m_objects, &ObjectDock::selected, this, &DesignerWindow::select);
 }
@@ -168,7 +169,8 @@ void DesignerWindow::showScripts()
     m_scripts->show();
     const auto* editor = m_scripts->findChild<KorvaneScriptorEditor*>();
     m_isEdited = false;
-    connect(editor->scriptEditor(), &QPlainTextEdit::textChanged, this, [this] {
+    // textChanged() comes for new colours too.
+    connect(editor->scriptEditor()->document(), &QTextDocument::contentsChange, this, [this] {
         m_isEdited = true;
         heedModification();
     });

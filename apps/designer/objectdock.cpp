@@ -39,7 +39,10 @@ QString ObjectDock::nameOf(const DesignDocument& document, const Shape* shape)
 {
     if (!shape)
         return document.canvas().title();
-    return shape->name().isEmpty() ? tr("(%1 without a name)").arg(shape->shapeClass().name) : shape->name();
+    if (!shape->name().isEmpty())
+        return shape->name();
+    const QString text = shape->namedProperty(QStringLiteral("Text")).toString().simplified();
+    return text.isEmpty() ? tr("(no name)") : tr("\"%1\"").arg(text);
 }
 
 void ObjectDock::showDocument(const DesignDocument* document)

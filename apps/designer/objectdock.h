@@ -23,7 +23,7 @@ public:
     /// Selects a shape, or the page for null, without telling of it.
     void select(const Shape* shape);
 
-    /// How an object is called for the user: a shape by its name or, without one, its class; the page by its title.
+    /// How an object is called for the user: a shape by its name or, without one, its text; the page by its title.
     static QString nameOf(const DesignDocument& document, const Shape* shape);
 
 Q_SIGNALS:

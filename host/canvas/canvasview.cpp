@@ -97,8 +97,15 @@ void CanvasView::place()
                          std::floor(std::max(0.0, (room.height() - page.height()) / 2)));
     const QPointF origin = (QPointF(horizontalScrollBar()->value(), verticalScrollBar()->value()) - middle) / scale;
     const double ratio = viewport()->devicePixelRatioF();
-    m_renderer.setView((QSizeF(room) * ratio).toSize(), scale * ratio, origin);
+    m_renderer.setView(deviceSize(), scale * ratio, origin);
     viewport()->update();
+}
+
+// Pixels that the viewport may touch: where the screen's ratio is no whole number, its edges lie between two.
+QSize CanvasView::deviceSize() const
+{
+    const double ratio = viewport()->devicePixelRatioF();
+    return {qCeil(viewport()->width() * ratio), qCeil(viewport()->height() * ratio)};
 }
 
 void CanvasView::schedule()
@@ -139,7 +146,7 @@ void CanvasView::showChanged(const QRegion& changed)
 void CanvasView::paintEvent(QPaintEvent* event)
 {
     const double ratio = viewport()->devicePixelRatioF();
-    if (m_renderer.image().size() != (QSizeF(viewport()->size()) * ratio).toSize())
+    if (m_renderer.image().size() != deviceSize())
         place(); // the window came to a screen of other pixels
     // What changed since this painting was asked for may lie outside of what is painted now.
     const QRegion late = m_renderer.render();

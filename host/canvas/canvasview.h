@@ -71,6 +71,7 @@ private:
     void place();
     void showChanged(const QRegion& changed);
     double fittingZoom() const;
+    QSize deviceSize() const;
 
     Canvas& m_canvas;
     PageRenderer m_renderer;

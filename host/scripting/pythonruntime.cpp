@@ -40,19 +40,23 @@ def is_script(filename):
 def remember(title, text):
     linecache.cache[title] = (len(text), None, text.splitlines(True), title)
 
-def describe(error):
+def describe(error, title):
     frames = traceback.extract_tb(error.__traceback__)
-    line = 0
+    line = own = 0
     for frame in frames:
         if is_script(frame.filename):
             line = frame.lineno
+        if frame.filename == title:
+            own = frame.lineno
     if isinstance(error, SyntaxError) and is_script(error.filename or ''):
-        return error.lineno or 0, '%s: %s' % (type(error).__name__, error.msg), ''
+        line = error.lineno or 0
+        own = line if error.filename == title else own
+        return line, own, '%s: %s' % (type(error).__name__, error.msg), ''
     if isinstance(error, SystemExit):
         message = 'the script wanted to exit, which ends scripts only'
     else:
         message = ''.join(traceback.format_exception_only(type(error), error)).strip()
-    return line, message, ''.join(traceback.format_list(frames)) if len(frames) > 1 else ''
+    return line, own, message, ''.join(traceback.format_list(frames)) if len(frames) > 1 else ''
 
 def check_handler(function, count):
     if not callable(function):
@@ -77,6 +81,11 @@ def _entries(owner):
         elif callable(member) and '\n\n' in doc:
             call, _, meaning = doc.partition('\n\n')
             yield name, call, meaning
+
+def words():
+    import builtins
+    import keyword
+    return keyword.kwlist + [name for name in dir(builtins) if not name.startswith('_')]
 
 def catalogue(module, parts):
     owners = []
@@ -155,13 +164,13 @@ py::object PythonRuntime::compile(const QString& script, const QString& title) c
     return py::module_::import("builtins").attr("compile")(text, name, "exec");
 }
 
-PythonRuntime::Failure PythonRuntime::describe(const py::error_already_set& error) const
+PythonRuntime::Failure PythonRuntime::describe(const py::error_already_set& error, const QString& title) const
 {
     if (error.trace())
         PyException_SetTraceback(error.value().ptr(), error.trace().ptr());
-    const py::tuple parts = m_prelude["describe"](error.value());
-    return {parts[0].cast<int>(), PythonValues::text(py::object(parts[1]).ptr()),
-            PythonValues::text(py::object(parts[2]).ptr())};
+    const py::tuple parts = m_prelude["describe"](error.value(), PythonValues::toPython(title));
+    return {parts[0].cast<int>(), parts[1].cast<int>(), PythonValues::text(py::object(parts[2]).ptr()),
+            PythonValues::text(py::object(parts[3]).ptr())};
 }
 
 QString PythonRuntime::checkHandler(const py::object& function, int argumentCount) const
@@ -176,6 +185,11 @@ py::list PythonRuntime::catalogue() const
     for (const char* part : ScriptModule::parts)
         parts.append(part);
     return m_prelude["catalogue"](m_module, parts);
+}
+
+py::list PythonRuntime::words() const
+{
+    return m_prelude["words"]();
 }
 
 int PythonRuntime::currentLine()

@@ -20,16 +20,20 @@ public:
     /// What went wrong and where, of an exception that a script raised.
     struct Failure
     {
-        int line = 0; ///< of the innermost script; 0 when none is to blame
+        int line = 0;    ///< of the innermost script; 0 when none is to blame
+        int ownLine = 0; ///< of the script that was run, on the way there
         QString message;
         QString traceback; ///< where more than one line is to blame, else empty; ends in a line feed
     };
     /// May run code of the script, as its exceptions' own texts.
-    Failure describe(const py::error_already_set& error) const;
+    /// \param title of the script that was run
+    Failure describe(const py::error_already_set& error, const QString& title) const;
     /// Why \p function can't be called with that many arguments, as "has no ..."; empty when it can.
     QString checkHandler(const py::object& function, int argumentCount) const;
     /// What the module has to offer: tuples of owner, meaning and a list of (name, call, meaning).
     py::list catalogue() const;
+    /// Python's keywords and built-in names, for whoever writes scripts.
+    py::list words() const;
     /// Line on which the innermost script is right now; 0 when none runs.
     static int currentLine();
 

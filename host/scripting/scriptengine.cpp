@@ -1,5 +1,7 @@
 #include "host/scripting/scriptengine.h"
 
+#include "host/scriptediting/scripteditor.h"
+#include "host/scripting/editingcontext_p.h"
 #include "host/scripting/pythonvalues_p.h"
 #include "host/scripting/scriptsession_p.h"
 
@@ -54,6 +56,27 @@ void ScriptEngine::run(const QString& script)
 QString ScriptEngine::lastError() const
 {
     return m_session->lastError;
+}
+
+QWidget* ScriptEngine::createScriptEditor(KVCanvasInterface* canvas)
+{
+    auto* editor = new ScriptEditor;
+    refreshEditingContext(editor, canvas);
+    return editor;
+}
+
+void ScriptEngine::refreshEditingContext(QPlainTextEdit* editor, KVCanvasInterface* canvas)
+{
+    auto* scriptEditor = qobject_cast<ScriptEditor*>(editor);
+    if (!scriptEditor)
+        return;
+    const QStringList pages = m_session->pageNames ? m_session->pageNames() : QStringList();
+    scriptEditor->setVocabulary(EditingContext::vocabulary(canvas, pages));
+    const ScriptSession::Trial& trial = m_session->trial;
+    if (trial.line > 0 && trial.script == editor->toPlainText())
+        scriptEditor->setErrorLine(trial.line, m_session->lastError);
+    else
+        scriptEditor->clearErrorLine();
 }
 
 void ScriptEngine::setEvent(const std::optional<ScriptEvent>& event)

@@ -128,6 +128,11 @@ QString ScriptSession::Context::text() const
     return parts.join(QStringLiteral(", "));
 }
 
+QString ScriptSession::Context::title() const
+{
+    return QStringLiteral("<script of %1>").arg(text());
+}
+
 ScriptSession::ScriptSession(ScriptEngine& engine, KorvaneScadaCoreInterface& hub)
     : m_engine(engine), m_hub(hub), m_watch(&stopRun)
 {
@@ -175,6 +180,8 @@ bool ScriptSession::isTooDeep(const Context& context)
 void ScriptSession::runScript(const Context& context, const QString& script)
 {
     lastError.clear();
+    if (!context.isEvent())
+        trial = {script, 0};
     if (!isEnabled) {
         if (!context.isEvent())
             report(QStringLiteral("not run: the project's scripts are not trusted"));
@@ -183,7 +190,7 @@ void ScriptSession::runScript(const Context& context, const QString& script)
     if (isTooDeep(context))
         return;
     const std::shared_ptr<ScriptNamespace> space = openSpace(context.canvas);
-    const QString title = QStringLiteral("<script of %1>").arg(context.text());
+    const QString title = context.title();
     if (context.isEvent() && space->isBlocked(title))
         return;
     const Run run(*this, context, *space);
@@ -245,8 +252,11 @@ bool ScriptSession::finish(const Context& context, bool isGood)
 {
     if (isStopping()) {
         PyErr_Clear();
-        if (m_depth == 1)
+        if (m_depth == 1) {
+            if (!context.isEvent())
+                trial.line = m_stopLine;
             report(stopText(context));
+        }
         return false;
     }
     if (isGood)
@@ -272,8 +282,10 @@ QString ScriptSession::failureText(const Context& context)
     const QString comma = where.isEmpty() ? QString() : QStringLiteral(", ");
     try {
         const py::error_already_set error;
-        const PythonRuntime::Failure failure = PythonRuntime::instance().describe(error);
+        const PythonRuntime::Failure failure = PythonRuntime::instance().describe(error, context.title());
         if (!isStopping()) {
+            if (!context.isEvent())
+                trial.line = failure.ownLine;
             const QString line = failure.line > 0 ? QStringLiteral("%1line %2").arg(comma).arg(failure.line) : QString();
             const QString traceback =
                 failure.traceback.isEmpty() ? QString() : QLatin1Char('\n') + failure.traceback.trimmed();

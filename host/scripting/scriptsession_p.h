@@ -30,6 +30,8 @@ public:
 
         /// As 'page "overview", shape "V-1", event "Mouse Press"'; empty for a script by itself.
         QString text() const;
+        /// What stands for the file name of its script.
+        QString title() const;
         /// Whether something that happened runs it, and will run it again.
         bool isEvent() const { return trigger || handler; }
     };
@@ -74,6 +76,13 @@ public:
     /// Does something once no script runs any more, unless the engine is gone by then.
     void later(const std::function<void()>& action);
 
+    /// The script that was run by hand last, and the line on which it failed; 0 when it did not.
+    struct Trial
+    {
+        QString script;
+        int line = 0;
+    };
+    Trial trial;
     ScriptEngine::Limits limits;
     std::function<QStringList()> pageNames;
     QString lastError;
