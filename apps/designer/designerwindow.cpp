@@ -134,6 +134,7 @@ void DesignerWindow::showDocument()
 {
     connect(m_document.get(), &DesignDocument::modifiedChanged, this, &DesignerWindow::heedModification);
     m_view = new CanvasView(m_document->canvas());
+    m_view->setOperated(false);
     m_content->layout()->addWidget(m_view);
     connect(m_view, &CanvasView::clicked, this, &DesignerWindow::select);
     m_objects->showDocument(m_document.get());

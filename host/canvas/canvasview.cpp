@@ -1,9 +1,12 @@
 #include "host/canvas/canvasview.h"
 
 #include "host/canvas/canvas.h"
+#include "host/canvas/operatorinput_p.h"
 
 #include <QApplication>
+#include <QFocusEvent>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -14,17 +17,26 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
 constexpr int manyRects = 32;        // a region of more is repainted as a whole
 constexpr double stepsADoubling = 4; // of the wheel
 constexpr int wheelStep = 120;       // Qt's unit of a wheel's notch
+constexpr int markWidth = 2;         // of what is selected or has the keyboard
+constexpr int markDistance = 3;      // of the keyboard's frame from its shape
+
+// With a modifier a key is somebody's shortcut.
+bool isPlain(const QKeyEvent& key)
+{
+    return !(key.modifiers() & ~Qt::KeypadModifier);
+}
 
 } // namespace
 
 CanvasView::CanvasView(Canvas& canvas, QWidget* parent)
-    : QAbstractScrollArea(parent), m_canvas(canvas), m_renderer(canvas)
+    : QAbstractScrollArea(parent), m_canvas(canvas), m_renderer(canvas), m_input(std::make_unique<OperatorInput>(*this))
 {
     setFrameShape(QFrame::NoFrame);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
@@ -33,6 +45,8 @@ CanvasView::CanvasView(Canvas& canvas, QWidget* parent)
     connect(&canvas, &Canvas::changed, this, &CanvasView::schedule);
     connect(&canvas, &Canvas::rearranged, this, [this] {
         m_renderer.invalidate();
+        m_input->rearrange();
+        schedule();
         place();
     });
 }
@@ -99,6 +113,7 @@ void CanvasView::place()
     const double ratio = viewport()->devicePixelRatioF();
     m_renderer.setView(deviceSize(), scale * ratio, origin);
     viewport()->update();
+    m_input->follow();
 }
 
 // Pixels that the viewport may touch: where the screen's ratio is no whole number, its edges lie between two.
@@ -122,10 +137,12 @@ void CanvasView::refresh()
     m_isScheduled = false;
     if (!isVisible())
         return;
+    m_input->prepare();
     showChanged(m_renderer.render());
+    m_input->follow();
 }
 
-// Has what changed, in device pixels, painted; the frame of a selected shape goes with it.
+// Has what changed, in device pixels, painted; the frames of selection and keyboard go with their shapes.
 void CanvasView::showChanged(const QRegion& changed)
 {
     if (changed.isEmpty())
@@ -139,8 +156,12 @@ void CanvasView::showChanged(const QRegion& changed)
         const QRectF logical(QPointF(rect.topLeft()) / ratio, QSizeF(rect.size()) / ratio);
         viewport()->update(logical.toAlignedRect());
     }
+    constexpr int around = markDistance + markWidth;
     if (m_selected)
         viewport()->update(m_selectionFrame.united(viewportRect(*m_selected)).adjusted(-2, -2, 2, 2));
+    if (focusedShape())
+        viewport()->update(
+            m_focusFrame.united(viewportRect(*focusedShape()).adjusted(-around, -around, around, around)));
 }
 
 void CanvasView::paintEvent(QPaintEvent* event)
@@ -162,20 +183,69 @@ void CanvasView::paintEvent(QPaintEvent* event)
         scaled.setDevicePixelRatio(ratio);
         painter.drawImage(0, 0, scaled);
     }
-    if (m_selected) {
-        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-        m_selectionFrame = viewportRect(*m_selected);
-        painter.drawRect(m_selectionFrame);
-    }
+    drawFrames(painter);
     ++m_paints;
     Q_EMIT painted();
 }
 
+void CanvasView::drawFrames(QPainter& painter)
+{
+    const QColor color = palette().color(QPalette::Highlight);
+    if (m_selected) {
+        painter.setPen(QPen(color, markWidth));
+        m_selectionFrame = viewportRect(*m_selected);
+        painter.drawRect(m_selectionFrame);
+    }
+    if (!focusedShape() || !(hasFocus() || m_input->isEditing()))
+        return;
+    // Two colours, so that it is seen on any ground.
+    const QRect frame =
+        viewportRect(*focusedShape()).adjusted(-markDistance, -markDistance, markDistance - 1, markDistance - 1);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Base), markWidth + 2));
+    painter.drawRoundedRect(frame, markDistance, markDistance);
+    painter.setPen(QPen(color, markWidth));
+    painter.drawRoundedRect(frame, markDistance, markDistance);
+    m_focusFrame = frame.adjusted(-markWidth, -markWidth, markWidth, markWidth);
+}
+
 QRect CanvasView::viewportRect(const ::Shape& shape) const
 {
+    return viewportRect(shape, shape.boundingRect());
+}
+
+QRect CanvasView::viewportRect(const ::Shape& shape, const QRectF& part) const
+{
     const double ratio = viewport()->devicePixelRatioF();
-    const QRectF device = m_renderer.transform().mapRect(shape.mapRectToScene(shape.boundingRect()));
+    const QRectF device = m_renderer.transform().mapRect(shape.mapRectToScene(part));
     return QRectF(device.topLeft() / ratio, device.size() / ratio).toAlignedRect();
+}
+
+void CanvasView::ensureSeen(const ::Shape& shape)
+{
+    constexpr int around = markDistance + markWidth;
+    const QRect place = viewportRect(shape).adjusted(-around, -around, around, around);
+    const QSize room = viewport()->size();
+    const auto scroll = [](QScrollBar* bar, int low, int high, int length) {
+        if (low < 0 || high - low > length) // of what has no room the beginning
+            bar->setValue(bar->value() + low);
+        else if (high > length)
+            bar->setValue(bar->value() + high - length);
+    };
+    scroll(horizontalScrollBar(), place.left(), place.right() + 1, room.width());
+    scroll(verticalScrollBar(), place.top(), place.bottom() + 1, room.height());
+}
+
+void CanvasView::setOperated(bool operated)
+{
+    m_isOperated = operated;
+    m_input->endEditing();
+    m_input->setFocused(nullptr);
+}
+
+::Shape* CanvasView::focusedShape() const
+{
+    return m_input->focused();
 }
 
 QPointF CanvasView::toPage(QPoint viewportPosition) const
@@ -196,11 +266,82 @@ void CanvasView::scrollContentsBy(int, int)
     place();
 }
 
+bool CanvasView::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<const QKeyEvent*>(event);
+        if (isPlain(*key) && m_input->wantsKey(key->key())) {
+            event->accept();
+            return true;
+        }
+    }
+    return QAbstractScrollArea::event(event);
+}
+
+// From shape to shape, and behind the last one on to what else there is in the window.
+bool CanvasView::focusNextPrevChild(bool next)
+{
+    if (!m_isOperated)
+        return QAbstractScrollArea::focusNextPrevChild(next);
+    if (m_input->moveFocus(next) || QAbstractScrollArea::focusNextPrevChild(next))
+        return true;
+    m_input->enter(next);
+    return focusedShape();
+}
+
+void CanvasView::focusInEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    const bool isByTab = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (m_isOperated && isByTab)
+        m_input->enter(event->reason() == Qt::TabFocusReason);
+    viewport()->update();
+}
+
+void CanvasView::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    viewport()->update();
+}
+
+void CanvasView::showEvent(QShowEvent* event)
+{
+    QAbstractScrollArea::showEvent(event);
+    schedule(); // while it was hidden no shape was asked what it needs
+}
+
+void CanvasView::hideEvent(QHideEvent* event)
+{
+    m_input->endEditing();
+    QAbstractScrollArea::hideEvent(event);
+}
+
+void CanvasView::keyPressEvent(QKeyEvent* event)
+{
+    if (!isPlain(*event) || !m_input->pressKey(event->key(), event->isAutoRepeat()))
+        QAbstractScrollArea::keyPressEvent(event);
+}
+
+void CanvasView::press(const QMouseEvent& event, bool isSecond)
+{
+    m_pressedAt = event.pos();
+    m_draggedFrom = event.pos();
+    m_isDragging = false;
+    m_isPressed = event.button() == Qt::LeftButton;
+    if (!m_isPressed || !m_isOperated)
+        return;
+    const QPointF page = toPage(event.pos());
+    m_input->press(m_canvas.shapeAt(page), isSecond, page);
+}
+
 void CanvasView::mousePressEvent(QMouseEvent* event)
 {
-    m_pressedAt = event->pos();
-    m_draggedFrom = event->pos();
-    m_isDragging = false;
+    press(*event, false);
+}
+
+void CanvasView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    press(*event, true);
 }
 
 // The page is dragged with the left or middle button where it is larger than the view.
@@ -219,19 +360,25 @@ void CanvasView::mouseMoveEvent(QMouseEvent* event)
 
 void CanvasView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton && !m_isDragging)
-        Q_EMIT clicked(m_canvas.shapeAt(toPage(event->pos())));
-    m_isDragging = false;
+    const bool wasDragging = std::exchange(m_isDragging, false);
+    if (event->button() != Qt::LeftButton || !std::exchange(m_isPressed, false) || wasDragging)
+        return;
+    const QPointF page = toPage(event->pos());
+    ::Shape* shape = m_canvas.shapeAt(page);
+    if (m_isOperated)
+        m_input->release(shape, page);
+    Q_EMIT clicked(shape);
 }
 
 // With Ctrl the wheel zooms, and what lies under the pointer stays there.
 void CanvasView::wheelEvent(QWheelEvent* event)
 {
+    const QPoint pointer = event->position().toPoint();
     if (!(event->modifiers() & Qt::ControlModifier)) {
-        QAbstractScrollArea::wheelEvent(event);
+        if (!m_isOperated || !m_input->turnWheel(m_canvas.shapeAt(toPage(pointer)), event->angleDelta().y()))
+            QAbstractScrollArea::wheelEvent(event);
         return;
     }
-    const QPoint pointer = event->position().toPoint();
     const QPointF held = toPage(pointer);
     setZoom(zoom() * std::exp2(event->angleDelta().y() / (wheelStep * stepsADoubling)));
     horizontalScrollBar()->setValue(qRound(held.x() * zoom()) - pointer.x());

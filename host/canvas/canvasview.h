@@ -4,12 +4,17 @@
 #include "host/hostexport.h"
 
 #include <QAbstractScrollArea>
-#include <QPointer>
+
+#include <memory>
 
 class Canvas;
+class OperatorInput;
 class Shape;
 
 /// Shows a page: fitted into the view or at a zoom, drawn only where it changed, at the screen's own resolution.
+///
+/// The operator works with its shapes: by clicks and the wheel, or by Tab and keys alone. A frame shows which shape has
+/// the keyboard; Return, Space, F2 or a click opens the editor of one that can be edited.
 class KORVANE_HOST_EXPORT CanvasView : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -39,6 +44,15 @@ public:
     QPointF toPage(QPoint viewportPosition) const;
     /// Where a shape lies in the viewport, with what is drawn around it.
     QRect viewportRect(const ::Shape& shape) const;
+    /// The same for a part of it, in the shape's own coordinates.
+    QRect viewportRect(const ::Shape& shape, const QRectF& part) const;
+    /// Scrolls as little as brings the shape into sight.
+    void ensureSeen(const ::Shape& shape);
+
+    /// Whether shapes can be worked with; true at first. Where pages are edited they can't.
+    void setOperated(bool operated);
+    /// The shape that the operator's keys go to; null for none.
+    ::Shape* focusedShape() const;
 
     /// Draws what changed at once, instead of with the next turn of the event loop.
     void refresh();
@@ -57,10 +71,18 @@ Q_SIGNALS:
     void zoomChanged();
 
 protected:
+    bool event(QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
@@ -70,6 +92,8 @@ private:
     void schedule();
     void place();
     void showChanged(const QRegion& changed);
+    void drawFrames(QPainter& painter);
+    void press(const QMouseEvent& event, bool isSecond);
     double fittingZoom() const;
     QSize deviceSize() const;
 
@@ -77,11 +101,15 @@ private:
     PageRenderer m_renderer;
     ::Shape* m_selected = nullptr;
     QRect m_selectionFrame;
+    QRect m_focusFrame;
     QPoint m_pressedAt;
     QPoint m_draggedFrom;
     double m_zoom = 1; ///< while not fitted
     quint64 m_paints = 0;
     bool m_isFitted = true;
     bool m_isScheduled = false;
+    bool m_isPressed = false; ///< the left button went down over the page
     bool m_isDragging = false;
+    bool m_isOperated = true;
+    const std::unique_ptr<OperatorInput> m_input;
 };

@@ -120,7 +120,7 @@ void PageInput::leave()
     m_hovered = nullptr;
 }
 
-// Keys come to the shape that was pressed last, and to the page.
+// Keys come to the shape that has the keyboard, else to that pressed last, and to the page.
 void PageInput::pressKey(const QKeyEvent& event)
 {
     if (isModifier(event.key()))
@@ -129,7 +129,8 @@ void PageInput::pressKey(const QKeyEvent& event)
     script.modifiers = event.modifiers();
     script.key = event.key();
     script.text = event.text();
-    if (m_keyed)
-        m_scripts.fire(TriggerType::KeyPress, m_keyed, script);
+    Shape* const target = m_view.focusedShape() ? m_view.focusedShape() : m_keyed;
+    if (target)
+        m_scripts.fire(TriggerType::KeyPress, target, script);
     m_scripts.fire(TriggerType::KeyPress, nullptr, script);
 }

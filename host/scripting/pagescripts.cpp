@@ -52,12 +52,16 @@ PageScripts::PageScripts(Page& page, KorvaneCoreInterface& core, ScriptEngine& e
     for (Shape* shape : page.canvas->shapes()) {
         if (!page.events.of(shape).empty())
             m_heeding.push_back(shape);
+        if (auto* table = dynamic_cast<Table*>(shape))
+            m_tables.push_back({table, false});
     }
     connect(page.canvas.get(), &Canvas::acted, this, &PageScripts::noteAct);
 }
 
 PageScripts::~PageScripts()
 {
+    for (const ServedTable& served : m_tables)
+        served.table->setRows(nullptr);
     m_engine.forgetCanvas(m_page.canvas.get());
 }
 
@@ -104,6 +108,24 @@ void PageScripts::fire(TriggerType trigger, Shape* shape, const ScriptEvent& eve
     if (const auto handler = handlerOf(trigger))
         call(shape, *handler);
     m_engine.setEvent(std::nullopt);
+    serveTables();
+}
+
+// Whatever ran may have defined the handler that fills a table, or taken it away.
+void PageScripts::serveTables()
+{
+    for (ServedTable& served : m_tables) {
+        const bool isServed = m_engine.hasHandler(m_page.canvas.get(), served.table, ScriptHandler::RowDataRequest);
+        if (isServed == served.isServed)
+            continue;
+        served.isServed = isServed;
+        served.table->setRows(isServed ? this : nullptr);
+    }
+}
+
+QStringList PageScripts::tableRow(Table& table, int row)
+{
+    return m_engine.requestRow(m_page.canvas.get(), &table, row);
 }
 
 void PageScripts::runActions(TriggerType trigger, Shape* shape)

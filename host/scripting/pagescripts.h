@@ -2,6 +2,7 @@
 
 #include "host/hostexport.h"
 #include "host/scripting/scriptengine.h"
+#include "host/shapes/table.h"
 #include "platform/data/objectkey.h"
 
 #include <QObject>
@@ -20,7 +21,7 @@ struct Page;
 ///
 /// An event comes to the topmost shape under the pointer that has event actions, or to the page itself. First its event
 /// actions run, in their order, then the handler for it. Nothing happens before load().
-class KORVANE_HOST_EXPORT PageScripts : public QObject
+class KORVANE_HOST_EXPORT PageScripts : public QObject, private TableRows
 {
     Q_OBJECT
     Q_DISABLE_COPY(PageScripts)
@@ -56,6 +57,8 @@ private:
     void runActions(Korvane::TriggerType trigger, Shape* shape);
     void call(Shape* shape, ScriptHandler handler, const QVariantList& arguments = {});
     void noteAct(Shape* shape, const QString& handler, const QVariantList& arguments);
+    QStringList tableRow(Table& table, int row) override;
+    void serveTables();
     void noteChangedPoints();
     void noteLoadedShapes();
     QVariant valueOf(ObjectKey object) const;
@@ -65,6 +68,12 @@ private:
     ScriptEngine& m_engine;
     const RuntimeDatabase& m_database;
     std::vector<Shape*> m_heeding; ///< shapes with event actions, from the bottom up
+    struct ServedTable
+    {
+        Table* table;
+        bool isServed; ///< a handler fills its rows
+    };
+    std::vector<ServedTable> m_tables;
     std::vector<std::pair<ObjectKey, QVariant>> m_values; ///< of the page's points, while a handler heeds them
     std::vector<std::pair<Shape*, std::vector<ObjectKey>>> m_loading; ///< shapes without all of their values
     bool m_isLoaded = false;

@@ -6,6 +6,7 @@
 #include "host/scripting/scriptnamespace_p.h"
 #include "host/shapes/shape.h"
 #include "host/shapes/shapeproperty.h"
+#include "host/shapes/table.h"
 #include "platform/core/kvcanvasinterface.h"
 
 #include <QKeySequence>
@@ -75,6 +76,14 @@ QStringList propertyNames(const ShapeHandle& handle)
     return names;
 }
 
+void refreshRows(const ShapeHandle& handle)
+{
+    auto* table = dynamic_cast<Table*>(&live(handle));
+    if (!table)
+        raise(PyExc_TypeError, QStringLiteral("shape \"%1\" is no table").arg(nameOf(live(handle))));
+    table->invalidateRows();
+}
+
 QString className(const ShapeHandle& handle)
 {
     const auto* drawn = dynamic_cast<const Shape*>(&live(handle));
@@ -137,6 +146,9 @@ void defineShape(py::module_& module)
         .def(
             "properties", [](const ShapeHandle& handle) { return toPython(QVariant(propertyNames(handle))); },
             "properties()\n\nNames of the properties that the shape has.")
+        .def("refresh_rows", &refreshRows,
+             "refresh_rows()\n\nHas a table ask onRowDataRequest for its rows once more. Raises TypeError for other "
+             "shapes.")
         .def("__getitem__", &readProperty,
              "shape[name]\n\nA property's value. Raises LookupError for one that the shape does not have.")
         .def("__setitem__", &writeProperty,

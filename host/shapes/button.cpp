@@ -10,11 +10,6 @@ namespace {
 constexpr double radius = 4;
 constexpr double depth = 3; // by which it stands out until pressed
 
-QColor paler(const QColor& color)
-{
-    return color.isValid() ? Palette::mixed(color, Palette::paper, 0.38) : color;
-}
-
 QColor darker(const QColor& color, double share)
 {
     return color.isValid() ? Palette::mixed(color, Palette::ink, share) : color;
@@ -50,8 +45,8 @@ void Button::draw(const ShapePainter& canvas) const
     QRectF face = geometry();
     QColor textColor = m_textColor;
     if (!m_isEnabled) {
-        canvas.drawFrame(face, paler(m_fillColor), paler(m_lineColor), 1, radius);
-        textColor = paler(m_textColor);
+        canvas.drawFrame(face, Palette::paler(m_fillColor), Palette::paler(m_lineColor), 1, radius);
+        textColor = Palette::paler(m_textColor);
     } else if (isPressed) {
         canvas.drawFrame(face, darker(m_fillColor, 0.18), darker(m_lineColor, 0.5), 2, radius);
         face.translate(0, edge / 2);

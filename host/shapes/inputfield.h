@@ -1,19 +1,20 @@
 #pragma once
 
-#include "host/shapes/palette.h"
-#include "host/shapes/shape.h"
+#include "host/shapes/operableshape.h"
 
-#include <QColor>
 #include <QString>
 
 #include <optional>
 
-/// The look of a field to write into. What is being written is "Text", and shows before all; else it is the value, and
-/// else, in grey, the placeholder. "Active" draws a strong frame and a caret behind the text.
-class KORVANE_HOST_EXPORT InputField : public Shape
+/// A field to write into. What is or was written is "Text", and shows before all; else it is the value, and else, in
+/// grey, the placeholder. "Active" draws a strong frame and a caret behind the text.
+///
+/// Tells on: onTextChanged(text) at every change by the operator, "Text" having it already; onReturnPressed() when he
+/// is done.
+class KORVANE_HOST_EXPORT InputField : public OperableShape
 {
 public:
-    InputField() : Shape({130, 32}) {}
+    InputField() : OperableShape({130, 32}) {}
 
     static const ShapeClass& staticClass();
     const ShapeClass& shapeClass() const override { return staticClass(); }
@@ -21,19 +22,30 @@ public:
 
     /// The text as it is shown, without the placeholder.
     QString shownText() const;
+    /// Where the text lies: the field without its unit.
+    QRectF textArea() const;
 
-protected:
-    double overhang() const override { return geometry().height() < lowestForText ? 2 : 0; }
+    /// The operator begins to write; until endEditing() an editor lies over textArea().
+    void beginEditing();
+    /// What is written is \p text now.
+    void type(const QString& text);
+    /// Nothing more is written.
+    void endEditing();
+    /// The operator takes back what he wrote since beginEditing(), which is a change again.
+    void takeBack();
+    /// The operator is done with writing: "Text" is \p text.
+    void enter(const QString& text);
 
 private:
+    void setText(const QString& text);
+
     QString m_text;
+    QString m_textBefore; ///< what the operator began with
     std::optional<double> m_value;
     int m_decimals = -1; ///< -1: as many as needed, at most 6 digits in all
     QString m_placeholder = QStringLiteral("--");
     QString m_unit;
-    int m_fontSize = 14;
     bool m_isActive = false;
-    QColor m_textColor = Palette::ink;
-    QColor m_fillColor = Palette::paper;
-    QColor m_lineColor = Palette::outline;
+    bool m_isEdited = false;
+    bool m_isTyped = false; ///< the operator changed something since he began
 };

@@ -30,4 +30,10 @@ inline QColor mixed(const QColor& from, const QColor& to, double share)
                             mix(from.alphaF(), to.alphaF()));
 }
 
+/// The colour of a line or text of something that is switched off; no colour stays none.
+inline QColor paler(const QColor& color)
+{
+    return color.isValid() ? mixed(color, paper, 0.38) : color;
+}
+
 } // namespace Palette

@@ -1,8 +1,10 @@
 #include "host/shapes/shape.h"
 
+#include "host/shapes/shapeinput.h"
 #include "host/shapes/shapepainter.h"
 #include "host/shapes/shapeproperty.h"
 #include "platform/core/korvanefunction.h"
+#include "platform/core/stratelinterface.h"
 #include "scada/binding/tlqgraphicsitem.h"
 
 #include <QSizeF>
@@ -141,6 +143,17 @@ Shape::Shape(const QSizeF& size) : m_geometry(QPointF(), size)
 }
 
 Shape::~Shape() = default;
+
+ShapeInput* Shape::input()
+{
+    return nullptr;
+}
+
+ShapeInput* Shape::usableInput()
+{
+    ShapeInput* const all = isVisible() && (!m_layer || m_layer->isVisible()) ? input() : nullptr;
+    return all && all->isEnabled() ? all : nullptr;
+}
 
 QVariant Shape::namedProperty(const QString& name) const
 {

@@ -13,6 +13,7 @@
 #include <vector>
 
 class Shape;
+class ShapeInput;
 class ShapePainter;
 struct ShapeProperty;
 
@@ -34,7 +35,8 @@ public:
     virtual ~ShapeListener();
     /// \p shape looks different now, or lies elsewhere. Told once until the shape was drawn.
     virtual void shapeChanged(Shape& shape) = 0;
-    /// The operator did something with \p shape that its class has a name for.
+    /// The operator did something with \p shape that its class has a name for. The shape must outlive the call: a page
+    /// that is to be closed because of it is closed later.
     /// \param handler name of the script function that stands for it, as "onTextChanged"
     /// \param arguments what the function is given behind the shape itself
     virtual void shapeActed(Shape& shape, const QString& handler, const QVariantList& arguments) = 0;
@@ -56,6 +58,12 @@ public:
     /// Draws the shape inside boundingRect(), antialiasing switched on; must not leave the painter's state changed other
     /// than pen, brush and font.
     virtual void draw(const ShapePainter& painter) const = 0;
+
+    /// What an operator works with; null for a shape that only shows something.
+    virtual ShapeInput* input();
+    /// The same as far as it can be worked with now: null as well while the shape or its layer is hidden, or it is
+    /// switched off.
+    ShapeInput* usableInput();
 
     /// The shape's name on its page; may be empty.
     QString name() const { return m_name; }

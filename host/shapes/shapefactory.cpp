@@ -3,6 +3,8 @@
 #include "host/shapes/bar.h"
 #include "host/shapes/breaker.h"
 #include "host/shapes/button.h"
+#include "host/shapes/choice.h"
+#include "host/shapes/datefield.h"
 #include "host/shapes/ellipse.h"
 #include "host/shapes/inputfield.h"
 #include "host/shapes/label.h"
@@ -13,6 +15,7 @@
 #include "host/shapes/rectangle.h"
 #include "host/shapes/roundgauge.h"
 #include "host/shapes/svgsymbol.h"
+#include "host/shapes/table.h"
 #include "host/shapes/tank.h"
 #include "host/shapes/trend.h"
 #include "host/shapes/valve.h"
@@ -24,6 +27,7 @@ const std::vector<const ShapeClass*>& ShapeFactory::classes()
         &Line::staticClass(),    &Pipe::staticClass(),      &Bar::staticClass(),       &RoundGauge::staticClass(),
         &Tank::staticClass(),    &Trend::staticClass(),     &Valve::staticClass(),     &Pump::staticClass(),
         &Breaker::staticClass(), &SvgSymbol::staticClass(), &Button::staticClass(),    &InputField::staticClass(),
+        &Choice::staticClass(),  &DateField::staticClass(), &Table::staticClass(),
     };
     return all;
 }

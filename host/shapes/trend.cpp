@@ -5,9 +5,9 @@
 #include "host/shapes/shapepainter.h"
 #include "host/shapes/shapeproperty.h"
 #include "host/shapes/timeticks.h"
+#include "host/shapes/trendplot_p.h"
 
 #include <qwt_painter.h>
-#include <qwt_scale_map.h>
 
 #include <QDateTime>
 #include <QtMath>
@@ -26,7 +26,6 @@ constexpr double curveWidth = 1.5;
 constexpr int marksInSight = 5;                // of one curve
 constexpr double mostWay = 8;                  // up and down, in widths of the plot, of a curve that is stroked
 constexpr double leastPlot = 24;               // a smaller one is given the whole area, without axes
-constexpr double farAway = 10000;              // beside the plot; beyond that painting counts less exactly
 constexpr qint64 lastTimeMs = 253402300799999; // of the year 9999
 
 const std::array<QColor, Trend::mostCurves> ownColors = {{
@@ -41,29 +40,6 @@ const std::array<QColor, Trend::mostCurves> ownColors = {{
 }};
 
 } // namespace
-
-/// What is in sight, and where.
-struct Trend::Plot
-{
-    bool hasTime = false;
-    qint64 beginMs = 0;
-    qint64 endMs = 0;
-    double low = 0;
-    double high = 1;
-    QRectF rect;
-    bool hasAxes = false;
-    bool hasBadges = false;
-    double textLeft = 0; ///< of the value axis
-    QTimeZone zone;
-    QwtScaleMap times; ///< milliseconds since beginMs to x
-    QwtScaleMap values;
-
-    QPointF at(double sinceBeginMs, double value) const
-    {
-        return {times.transform(sinceBeginMs),
-                std::clamp(values.transform(value), rect.top() - farAway, rect.bottom() + farAway)};
-    }
-};
 
 const ShapeClass& Trend::staticClass()
 {
@@ -90,9 +66,12 @@ const ShapeClass& Trend::staticClass()
     return self;
 }
 
-Trend::Trend() : Shape({360, 200}), m_samples(mostCurves, SampleRing(mostSamples))
+Trend::Trend()
+    : Shape({360, 200}), m_samples(mostCurves, SampleRing(mostSamples)), m_drawn(std::make_unique<TrendPlot>())
 {
 }
+
+Trend::~Trend() = default;
 
 QVariant Trend::readColors(const Shape& shape)
 {
@@ -130,6 +109,7 @@ void Trend::clearSamples()
         return;
     for (SampleRing& samples : m_samples)
         samples.clear();
+    m_selectedIndex = -1;
     changed();
 }
 
@@ -172,7 +152,7 @@ bool Trend::newestTime(qint64& timeMs) const
     return hasTime;
 }
 
-bool Trend::valuesInSight(const Plot& plot, double& least, double& greatest) const
+bool Trend::valuesInSight(const TrendPlot& plot, double& least, double& greatest) const
 {
     least = std::numeric_limits<double>::infinity();
     greatest = -least;
@@ -193,11 +173,12 @@ bool Trend::valuesInSight(const Plot& plot, double& least, double& greatest) con
 void Trend::draw(const ShapePainter& canvas) const
 {
     canvas.drawFrame(geometry(), m_fillColor, m_lineColor);
+    TrendPlot& plot = *m_drawn;
+    plot = {};
     QRectF area = geometry().adjusted(inset, inset, -inset, -inset);
     if (area.width() < leastPlot || area.height() < leastPlot)
         return;
 
-    Plot plot;
     plot.zone = zone();
     plot.hasTime = newestTime(plot.endMs);
     plot.beginMs = plot.endMs - std::llround(m_span * 1000);
@@ -230,7 +211,7 @@ void Trend::draw(const ShapePainter& canvas) const
 }
 
 /// The title, and the day at the end of the time axis. \returns what is left of \p area.
-QRectF Trend::drawHeader(const ShapePainter& canvas, const QRectF& area, const Plot& plot) const
+QRectF Trend::drawHeader(const ShapePainter& canvas, const QRectF& area, const TrendPlot& plot) const
 {
     const double height = m_fontSize * lineDistance;
     if ((m_title.isEmpty() && !plot.hasTime) || area.height() < height + leastPlot)
@@ -258,7 +239,7 @@ QRectF Trend::drawLegend(const ShapePainter& canvas, const QRectF& area) const
     return CurveLegend::draw(canvas, area, entries, m_fontSize, m_textColor, leastPlot);
 }
 
-void Trend::scaleValues(Plot& plot, const QRectF& area) const
+void Trend::scaleValues(TrendPlot& plot, const QRectF& area) const
 {
     plot.low = m_minimum;
     plot.high = m_maximum;
@@ -271,7 +252,7 @@ void Trend::scaleValues(Plot& plot, const QRectF& area) const
     ScaleTicks::widen(plot.low, plot.high, static_cast<int>(area.height() / (m_fontSize * 2.5)));
 }
 
-void Trend::placeAxes(Plot& plot, const QRectF& area) const
+void Trend::placeAxes(TrendPlot& plot, const QRectF& area) const
 {
     const double badge = CurveLegend::badgeSize(m_fontSize);
     const double badges = curveCount() > 0 && area.height() > 2 * badge ? badge + gap : 0;
@@ -293,7 +274,7 @@ void Trend::placeAxes(Plot& plot, const QRectF& area) const
     plot.values.setPaintInterval(plot.rect.bottom(), plot.rect.top());
 }
 
-void Trend::drawValueAxis(const ShapePainter& canvas, const Plot& plot) const
+void Trend::drawValueAxis(const ShapePainter& canvas, const TrendPlot& plot) const
 {
     const double height = m_fontSize * 1.2;
     for (const ScaleTicks::Tick& tick : m_ticks.shown()) {
@@ -306,7 +287,7 @@ void Trend::drawValueAxis(const ShapePainter& canvas, const Plot& plot) const
     }
 }
 
-void Trend::drawTimeAxis(const ShapePainter& canvas, const Plot& plot) const
+void Trend::drawTimeAxis(const ShapePainter& canvas, const TrendPlot& plot) const
 {
     if (!plot.hasTime)
         return;
@@ -327,7 +308,7 @@ void Trend::drawTimeAxis(const ShapePainter& canvas, const Plot& plot) const
     }
 }
 
-void Trend::drawCurve(const ShapePainter& canvas, const Plot& plot, int curve) const
+void Trend::drawCurve(const ShapePainter& canvas, const TrendPlot& plot, int curve) const
 {
     const SampleRing& samples = m_samples[std::size_t(curve)];
     if (samples.isEmpty())
@@ -368,7 +349,7 @@ void Trend::strokeCurve(const ShapePainter& canvas, int curve) const
     }
 }
 
-void Trend::fillCurve(const ShapePainter& canvas, const Plot& plot, int curve) const
+void Trend::fillCurve(const ShapePainter& canvas, const TrendPlot& plot, int curve) const
 {
     QPainter& painter = canvas.painter();
     const QTransform device = painter.deviceTransform();
@@ -389,7 +370,7 @@ void Trend::fillCurve(const ShapePainter& canvas, const Plot& plot, int curve) c
 }
 
 /// Marks lie at round times, each curve's at others, and move on with the curve.
-void Trend::drawMarks(const ShapePainter& canvas, const Plot& plot, int curve) const
+void Trend::drawMarks(const ShapePainter& canvas, const TrendPlot& plot, int curve) const
 {
     const SampleRing& samples = m_samples[std::size_t(curve)];
     const auto distanceMs = std::max<qint64>((plot.endMs - plot.beginMs) / marksInSight, mostCurves);
@@ -403,7 +384,7 @@ void Trend::drawMarks(const ShapePainter& canvas, const Plot& plot, int curve) c
     }
 }
 
-void Trend::drawBadges(const ShapePainter& canvas, const Plot& plot) const
+void Trend::drawBadges(const ShapePainter& canvas, const TrendPlot& plot) const
 {
     std::vector<CurveLegend::Badge> badges;
     for (int curve = 0; curve < mostCurves; ++curve) {
@@ -417,4 +398,19 @@ void Trend::drawBadges(const ShapePainter& canvas, const Plot& plot) const
     const QRectF column(plot.rect.right() + gap, plot.rect.top(), CurveLegend::badgeSize(m_fontSize),
                         plot.rect.height());
     CurveLegend::drawBadges(canvas, column, badges, m_fontSize);
+}
+
+// What the operator clicks is what he sees: the plot as it was drawn last, not as newer samples would have it.
+void Trend::click(const QPointF& place)
+{
+    const TrendPlot& plot = *m_drawn;
+    if (!plot.hasTime || !plot.rect.contains(place))
+        return;
+    const int index = plot.nearestSample(m_samples, place);
+    const bool isOther = index != m_selectedIndex;
+    m_selectedIndex = index;
+    act(QStringLiteral("onGraphClicked"),
+        {index, double(plot.beginMs) + plot.times.invTransform(place.x()), plot.values.invTransform(place.y())});
+    if (isOther)
+        act(QStringLiteral("onXIndexSelected"));
 }

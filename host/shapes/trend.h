@@ -6,6 +6,7 @@
 #include "host/shapes/samplering.h"
 #include "host/shapes/scaleticks.h"
 #include "host/shapes/shape.h"
+#include "host/shapes/shapeinput.h"
 
 #include <QColor>
 #include <QString>
@@ -13,20 +14,28 @@
 #include <QTimeZone>
 
 #include <array>
+#include <memory>
 #include <vector>
+
+struct TrendPlot;
 
 /// Up to eight curves over time. The time axis is "Span" seconds long and ends at the newest sample.
 ///
 /// Samples come from outside through addSample(), each curve's in order of time; a value that is no number leaves a
 /// gap. "Minimum" and "Maximum" bound the values; where both are equal, the samples in sight do. A curve is told from
 /// the others by its marks and by its number at its end, too, not by its colour alone.
-class KORVANE_HOST_EXPORT Trend : public Shape
+///
+/// Tells on a click inside the plot: onGraphClicked(xIndex, xPosition, yPosition), with the index of the nearest sample in
+/// sight among those kept of its curve (-1 without any), the time there in milliseconds since 1970 and the value there;
+/// and onXIndexSelected() behind it when the index is not the one clicked before.
+class KORVANE_HOST_EXPORT Trend : public Shape, public ShapeInput
 {
 public:
     static constexpr int mostCurves = 8;
     static constexpr int mostSamples = 20000; ///< kept for each curve; the oldest go first
 
     Trend();
+    ~Trend() override;
 
     static const ShapeClass& staticClass();
     const ShapeClass& shapeClass() const override { return staticClass(); }
@@ -41,8 +50,11 @@ public:
     /// Samples kept of \p curve (0 to 7), gaps counted as well.
     int sampleCount(int curve) const { return m_samples[std::size_t(curve)].size(); }
 
+    ShapeInput* input() override { return this; }
+    bool takesFocus() const override { return false; }
+    void click(const QPointF& place) override;
+
 private:
-    struct Plot;
     static QVariant readColors(const Shape& shape);
     static bool writeColors(Shape& shape, const QVariant& value);
 
@@ -52,19 +64,19 @@ private:
     /// The newest sample's time; false without samples.
     bool newestTime(qint64& timeMs) const;
     /// The least and the greatest value in sight; false without any.
-    bool valuesInSight(const Plot& plot, double& least, double& greatest) const;
+    bool valuesInSight(const TrendPlot& plot, double& least, double& greatest) const;
 
-    QRectF drawHeader(const ShapePainter& painter, const QRectF& area, const Plot& plot) const;
+    QRectF drawHeader(const ShapePainter& painter, const QRectF& area, const TrendPlot& plot) const;
     QRectF drawLegend(const ShapePainter& painter, const QRectF& area) const;
-    void scaleValues(Plot& plot, const QRectF& area) const;
-    void placeAxes(Plot& plot, const QRectF& area) const;
-    void drawValueAxis(const ShapePainter& painter, const Plot& plot) const;
-    void drawTimeAxis(const ShapePainter& painter, const Plot& plot) const;
-    void drawCurve(const ShapePainter& painter, const Plot& plot, int curve) const;
+    void scaleValues(TrendPlot& plot, const QRectF& area) const;
+    void placeAxes(TrendPlot& plot, const QRectF& area) const;
+    void drawValueAxis(const ShapePainter& painter, const TrendPlot& plot) const;
+    void drawTimeAxis(const ShapePainter& painter, const TrendPlot& plot) const;
+    void drawCurve(const ShapePainter& painter, const TrendPlot& plot, int curve) const;
     void strokeCurve(const ShapePainter& painter, int curve) const;
-    void fillCurve(const ShapePainter& painter, const Plot& plot, int curve) const;
-    void drawMarks(const ShapePainter& painter, const Plot& plot, int curve) const;
-    void drawBadges(const ShapePainter& painter, const Plot& plot) const;
+    void fillCurve(const ShapePainter& painter, const TrendPlot& plot, int curve) const;
+    void drawMarks(const ShapePainter& painter, const TrendPlot& plot, int curve) const;
+    void drawBadges(const ShapePainter& painter, const TrendPlot& plot) const;
 
     QString m_title;
     double m_span = 600;
@@ -81,8 +93,10 @@ private:
     QString m_timeZone; ///< IANA id; one that is empty or unknown stands for local time
 
     std::vector<SampleRing> m_samples;
+    int m_selectedIndex = -1;
 
     // Buffers and what was drawn last.
+    const std::unique_ptr<TrendPlot> m_drawn;
     mutable CurveReducer m_reducer;
     mutable CurveColumns m_columns;
     mutable std::vector<QPointF> m_polyline;

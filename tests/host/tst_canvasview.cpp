@@ -308,6 +308,17 @@ private Q_SLOTS:
         QCOMPARE(clicked.takeLast(), nullptr);
     }
 
+    // As after a press that closed a menu or a list over the page.
+    void aReleaseAloneIsNoClick()
+    {
+        TestView test;
+        Clicks clicked(test.view);
+        QTest::mouseRelease(test.view.viewport(), Qt::LeftButton, {}, test.toView({125, 70}));
+        QCOMPARE(clicked.count(), 0);
+        test.click({125, 70});
+        QCOMPARE(clicked.count(), 1);
+    }
+
     void aDragIsNoClick_data()
     {
         QTest::addColumn<int>("button");

@@ -153,6 +153,29 @@ private Q_SLOTS:
                  QJsonValue(QStringLiteral("dark")));
     }
 
+    void shapesToWorkWithAreStored_data()
+    {
+        QTest::addColumn<QByteArray>("shape");
+        QTest::newRow("a field") << json("{'class':'InputField','properties':{'Enabled':false,'FontSize':20}}");
+        QTest::newRow("a choice whose entry comes before its entries")
+            << json("{'class':'Choice','properties':{'Index':2,'Items':['on','off','\uc790\ub3d9']}}");
+        QTest::newRow("a date") << json(
+            "{'class':'DateField','properties':{'Date':'2024-02-29','Placeholder':'from'}}");
+        QTest::newRow("a table whose row in view comes before its rows")
+            << json("{'class':'Table','properties':{'FirstRow':700,'SelectedRow':3,'RowCount':1000,"
+                    "'Columns':['A','B'],'Rows':['1\\t2','']}}");
+    }
+    void shapesToWorkWithAreStored()
+    {
+        QFETCH(QByteArray, shape);
+        Pages pages;
+        const auto page = pages.read(pageWith(shape));
+        QVERIFY2(page, page ? "" : qPrintable(page.error()));
+        const QJsonObject saved = shapesOf(PageWriter::write(*page))[0].toObject();
+        QCOMPARE(saved[QStringLiteral("class")], parsed(shape)[QStringLiteral("class")]);
+        QCOMPARE(saved[QStringLiteral("properties")], parsed(shape)[QStringLiteral("properties")]);
+    }
+
     void recordsStandBesideTheirTexts()
     {
         Pages pages;

@@ -52,6 +52,8 @@ QVariant otherValue(const ShapeProperty& property, const QVariant& now)
         return 0.5;
     if (property.name == QLatin1String("Orientation"))
         return int(Qt::Horizontal);
+    if (property.name == QLatin1String("Date"))
+        return QStringLiteral("2024-02-29");
     switch (property.kind) {
     case Kind::Number:
         return 12.5;
@@ -117,6 +119,11 @@ const std::vector<std::pair<const char*, std::vector<std::pair<const char*, QVar
          {{"LineWidth", 64}, {"Width", 200}, {"FontSize", 200}, {"Radius", 1000}, {"Text", longText}, {"Bold", true}}},
         {"long texts and odd alignments",
          {{"Text", longText},
+          {"Items", QStringList(longText)},
+          {"Index", 0},
+          {"Columns", QStringList({longText, QStringLiteral("B"), longText})},
+          {"Rows", QStringList({longText + QStringLiteral("\tb\t") + longText, longText})},
+          {"SelectedRow", 0},
           {"Label", longText},
           {"Unit", longText},
           {"Title", longText},
@@ -126,6 +133,9 @@ const std::vector<std::pair<const char*, std::vector<std::pair<const char*, QVar
           {"FontSize", 40}}},
         {"values beyond the range",
          {{"Value", 1e9},
+          {"RowCount", 1'000'000},
+          {"FirstRow", 1'000'000},
+          {"SelectedRow", 999'999},
           {"HasLimits", true},
           {"Flow", -1},
           {"State", 3},
@@ -412,6 +422,11 @@ private Q_SLOTS:
         row("a button pressed and one that is not", "Button", "Pressed", true, false);
         row("a button that can be pushed and one that can't", "Button", "Enabled", true, false);
         row("a field being written into and another", "InputField", "Active", true, false);
+        row("a field that can be written into and one that can't", "InputField", "Enabled", true, false);
+        row("a choice that can be made and one that can't", "Choice", "Enabled", true, false);
+        row("a date that can be picked and one that can't", "DateField", "Enabled", true, false);
+        row("a date and none", "DateField", "Date", QStringLiteral("2024-02-29"), QString());
+        row("a table that can be used and one that can't", "Table", "Enabled", true, false);
         row("a bar without a value and an empty one", "Bar", "Value", QVariant(), 0);
         row("an empty bar and one whose value lies below", "Bar", "Value", 0, -1);
         row("a full bar and one whose value lies above", "Bar", "Value", 100, 101);
@@ -454,6 +469,11 @@ private Q_SLOTS:
         row("Bar", "Level", 1.5, 1.0);
         row("Tank", "Level", -1, 0.0);
         row("Trend", "Span", 0, 1.0);
+        row("Choice", "Index", -2, -1);
+        row("Table", "RowCount", -1, 0);
+        row("Table", "RowCount", 1'000'001, 1'000'000);
+        row("Table", "FirstRow", -5, 0);
+        row("Table", "SelectedRow", -7, -1);
         row("Rectangle", "Opacity", 2, 1.0);
     }
     void numbersWithARangeKeepToIt()

@@ -1024,6 +1024,9 @@ private Q_SLOTS:
         QTest::newRow("a symbol") << QStringLiteral("SvgSymbol") << Types{TagAction::State};
         QTest::newRow("a button") << QStringLiteral("Button") << Types{TagAction::Text};
         QTest::newRow("an input field") << QStringLiteral("InputField") << Types{TagAction::Number, TagAction::Text};
+        QTest::newRow("a choice") << QStringLiteral("Choice") << Types{};
+        QTest::newRow("a date field") << QStringLiteral("DateField") << Types{};
+        QTest::newRow("a table") << QStringLiteral("Table") << Types{};
     }
     void whichShapesAKindCanDrive()
     {

@@ -3,7 +3,9 @@
 #include "host/shapes/textpainter.h"
 #include "host/shapes/trend.h"
 #include "tests/support/drawnshape.h"
+#include "tests/support/operatedpage.h"
 
+#include <QScrollBar>
 #include <QtTest>
 
 #include <cmath>
@@ -54,6 +56,65 @@ QRect curveOf(const Trend& trend)
 {
     return curveIn(drawn(trend));
 }
+
+/// A page with a trend of a minute: seconds to the right, and values from 0 to 100, so that what is clicked can be told.
+struct TrendPage : OperatedPage
+{
+    explicit TrendPage(double zoom = 1)
+    {
+        trend = &add<Trend>({20, 20, 360, 200}, "trend");
+        prepare(*trend);
+        set(*trend, "Span", 60);
+        set(*trend, "ShowLegend", false);
+        QObject::connect(canvas.get(), &Canvas::acted, canvas.get(),
+                         [this](Shape*, const QString&, const QVariantList& arguments) {
+                             if (!arguments.isEmpty())
+                                 clicked = arguments;
+                         });
+        show(zoom);
+    }
+    /// Samples of one value, every ten seconds from a minute before noon to noon: of index 0 to 6.
+    void fill(int curve, double value)
+    {
+        for (int ten = 0; ten <= 6; ++ten)
+            trend->addSample(curve, noon - 60'000 + ten * 10'000, value);
+        settle();
+    }
+    /// Where on the page a sample of the first curve lies, found by its colour, when the curve is a level line.
+    QPointF placeOf(double share) const
+    {
+        const QRect curve = curveOf(*trend);
+        const QPointF origin = trend->boundingRect().topLeft() - QPointF(40, 40);
+        return trend->mapToScene(origin + QPointF(curve.left() + share * curve.width(), curve.center().y()));
+    }
+    /// Where on the page a time and a value lie, reckoned from what two clicks tell. At its own size.
+    QPointF placeOf(double timeMs, double value)
+    {
+        const QPointF one(100, 80);
+        const QPointF other(300, 160);
+        click(one);
+        const QVariantList first = clicked;
+        click(other);
+        const auto between = [&](int argument, double wanted, double from, double to) {
+            const double share = (wanted - first.at(argument).toDouble()) /
+                                 (clicked.at(argument).toDouble() - first.at(argument).toDouble());
+            return from + share * (to - from);
+        };
+        const QPointF place(between(1, timeMs, one.x(), other.x()), between(2, value, one.y(), other.y()));
+        takeTold();
+        return place;
+    }
+    QStringList takeNames()
+    {
+        QStringList names;
+        for (const QString& each : takeTold())
+            names.append(each.section(QLatin1Char('('), 0, 0).section(QLatin1Char('.'), 1));
+        return names;
+    }
+
+    Trend* trend = nullptr;
+    QVariantList clicked; ///< index, time and value of the last click
+};
 
 } // namespace
 
@@ -304,6 +365,125 @@ private Q_SLOTS:
         painter.rotate(20);
         trend.draw(ShapePainter(painter));
         QVERIFY(!curveIn(image).isEmpty());
+    }
+
+    void aClickTellsSampleTimeAndValue_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::newRow("at its own size") << 1.0;
+        QTest::newRow("at three times its size") << 3.0;
+    }
+    void aClickTellsSampleTimeAndValue()
+    {
+        QFETCH(double, zoom);
+        TrendPage page(zoom);
+        page.fill(0, 50);
+        for (const int index : {0, 2, 5, 6}) {
+            const QPointF place = page.placeOf(index / 6.0 + (index == 0 ? 0.02 : index == 6 ? -0.02 : 0));
+            page.view->ensureSeen(*page.trend);
+            page.view->horizontalScrollBar()->setValue(qRound(place.x() * zoom) - 200);
+            page.view->verticalScrollBar()->setValue(qRound(place.y() * zoom) - 150);
+            page.click(place);
+            QCOMPARE(page.takeNames(),
+                     QStringList({QStringLiteral("onGraphClicked"), QStringLiteral("onXIndexSelected")}));
+            QCOMPARE(page.clicked.size(), 3);
+            QCOMPARE(page.clicked.at(0), QVariant(index));
+            QCOMPARE(page.clicked.at(1).userType(), int(QMetaType::Double));
+            QVERIFY(std::abs(page.clicked.at(1).toDouble() - double(noon - 60'000 + index * 10'000)) < 2000);
+            QVERIFY(std::abs(page.clicked.at(2).toDouble() - 50) < 2);
+        }
+    }
+
+    void theSameSampleIsSelectedOnce()
+    {
+        TrendPage page;
+        page.fill(0, 50);
+        page.click(page.placeOf(0.5));
+        QCOMPARE(page.takeNames(), QStringList({QStringLiteral("onGraphClicked"), QStringLiteral("onXIndexSelected")}));
+        page.click(page.placeOf(0.52));
+        QCOMPARE(page.takeNames(), QStringList(QStringLiteral("onGraphClicked")));
+        page.click(page.placeOf(0.7));
+        QCOMPARE(page.takeNames(), QStringList({QStringLiteral("onGraphClicked"), QStringLiteral("onXIndexSelected")}));
+        const QPointF place = page.placeOf(0.7);
+        page.trend->clearSamples();
+        page.fill(0, 50);
+        page.click(place); // the same index, but of other samples
+        QCOMPARE(page.takeNames(), QStringList({QStringLiteral("onGraphClicked"), QStringLiteral("onXIndexSelected")}));
+    }
+
+    void theNearestSampleOfAllCurvesCounts_data()
+    {
+        QTest::addColumn<double>("second"); // before noon, of the click
+        QTest::addColumn<double>("value");
+        QTest::addColumn<int>("index");
+        QTest::newRow("on a sample of the first curve") << -30.0 << 50.0 << 3;
+        QTest::newRow("beside it") << -27.0 << 55.0 << 3;
+        QTest::newRow("on a sample of the second curve") << -15.0 << 90.0 << 8;
+        QTest::newRow("a gap of the second curve is no sample") << -26.0 << 90.0 << 6;
+        QTest::newRow("what is out of sight does not count") << -59.0 << 90.0 << 4;
+        QTest::newRow("far from both") << -18.0 << 10.0 << 4;
+    }
+    void theNearestSampleOfAllCurvesCounts()
+    {
+        QFETCH(double, second);
+        QFETCH(double, value);
+        QFETCH(int, index);
+        TrendPage page;
+        page.fill(0, 50);                           // 0 to 6 at -60 s, -50 s, ..., 0 s
+        for (int sample = 0; sample <= 9; ++sample) // at -95 s, -85 s, ..., -5 s; every other one is a gap
+            page.trend->addSample(1, noon - 95'000 + sample * 10'000, sample % 2 == 0 ? 90.0 : std::nan(""));
+        OperatedPage::settle();
+        page.click(page.placeOf(double(noon) + second * 1000, value));
+        QCOMPARE(page.clicked.at(0), QVariant(index));
+    }
+
+    void outsideThePlotNothingIsTold()
+    {
+        TrendPage page;
+        page.fill(0, 50);
+        for (const QPointF& place : {QPointF(30, 215), QPointF(24, 100), QPointF(200, 25), QPointF(390, 250)})
+            page.click(place); // time axis, value axis, header, page
+        page.click(page.placeOf(0.5), Qt::RightButton);
+        QCOMPARE(page.takeTold(), QStringList());
+    }
+
+    void withoutSamplesThereIsNoTimeToClick()
+    {
+        TrendPage page;
+        page.click({200, 120});
+        QCOMPARE(page.takeTold(), QStringList());
+        for (int second = 0; second <= 60; ++second)
+            page.trend->addSample(0, noon + second * 1000, std::nan(""));
+        OperatedPage::settle();
+        page.click({200, 120});
+        QCOMPARE(page.takeNames(), QStringList(QStringLiteral("onGraphClicked"))); // of gaps none is selected
+        QCOMPARE(page.clicked.at(0), QVariant(-1));
+        QVERIFY(page.clicked.at(1).toDouble() > double(noon) && page.clicked.at(1).toDouble() < double(noon + 60'000));
+    }
+
+    // While samples go on coming, what the operator sees is what he clicks.
+    void thePlotIsTheOneThatWasDrawn()
+    {
+        TrendPage page;
+        page.fill(0, 50);
+        const QPointF middle = page.placeOf(0.5);
+        const QPointF besideTheEnd = page.placeOf(double(noon) - 500, 90);
+        page.trend->addSample(0, noon + 1000, 90); // not drawn yet
+        page.click(besideTheEnd);
+        QCOMPARE(page.clicked.at(0), QVariant(6));
+        page.click(middle);
+        QVERIFY(std::abs(page.clicked.at(1).toDouble() - double(noon - 30'000)) < 2000);
+        QCOMPARE(page.clicked.at(0), QVariant(3));
+    }
+
+    void aTrendTakesNoKeyboardFocus()
+    {
+        TrendPage page;
+        page.fill(0, 50);
+        page.click(page.placeOf(0.5));
+        QVERIFY(!page.view->focusedShape());
+        OperatedPage::key(Qt::Key_Tab);
+        QVERIFY(!page.view->focusedShape());
     }
 
     void anEmptyTrendSaysSo()
