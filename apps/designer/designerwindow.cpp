@@ -23,14 +23,15 @@ using Korvane::TriggerType;
 constexpr double zoomStep = 1.25;
 
 constexpr TriggerType shapeEvents[] = {
-    TriggerType::MousePress, TriggerType::MouseRelease, TriggerType::MouseDoubleClick,
-    TriggerType::MouseRightButtonRelease, TriggerType::MouseHover, TriggerType::MouseLeave, TriggerType::KeyPress,
-    TriggerType::ObjectLoading,
+    TriggerType::MousePress,       TriggerType::MouseRelease,
+    TriggerType::MouseDoubleClick, TriggerType::MouseRightButtonRelease,
+    TriggerType::MouseHover,       TriggerType::MouseLeave,
+    TriggerType::KeyPress,         TriggerType::ObjectLoading,
 };
 constexpr TriggerType pageEvents[] = {
-    TriggerType::CanvasLoad, TriggerType::CanvasUnload, TriggerType::MousePress, TriggerType::MouseRelease,
-    TriggerType::MouseDoubleClick, TriggerType::MouseRightButtonRelease, TriggerType::MouseHover,
-    TriggerType::MouseLeave, TriggerType::KeyPress,
+    TriggerType::CanvasLoad,   TriggerType::CanvasUnload,     TriggerType::MousePress,
+    TriggerType::MouseRelease, TriggerType::MouseDoubleClick, TriggerType::MouseRightButtonRelease,
+    TriggerType::MouseHover,   TriggerType::MouseLeave,       TriggerType::KeyPress,
 };
 
 QPair<int, QString> eventType(TriggerType trigger)
@@ -139,9 +140,9 @@ void DesignerWindow::showDocument()
     connect(m_view, &CanvasView::clicked, this, &DesignerWindow::select);
     m_objects->showDocument(m_document.get());
     const QStringList problems = m_system.problems() + m_document->page().problems;
-    m_problems->setText(problems.isEmpty() ? QString()
-                                           : tr("%n problem(s), the first: ", nullptr, problems.size()) +
-                                                 problems.constFirst());
+    m_problems->setText(problems.isEmpty()
+                            ? QString()
+                            : tr("%n problem(s), the first: ", nullptr, problems.size()) + problems.constFirst());
     m_problems->setToolTip(problems.join(QLatin1Char('\n')));
     heedModification();
     showScripts();
@@ -216,8 +217,8 @@ bool DesignerWindow::save()
     keepScripts();
     if (m_document->isFileChanged()) {
         const auto answer = QMessageBox::question(
-            this, tr("Designer"), tr("%1 was changed by someone else since it was opened. Save over that?")
-                                      .arg(m_document->page().fileName));
+            this, tr("Designer"),
+            tr("%1 was changed by someone else since it was opened. Save over that?").arg(m_document->page().fileName));
         if (answer != QMessageBox::Yes)
             return false;
     }
@@ -235,9 +236,9 @@ bool DesignerWindow::mayLeave()
     keepScripts();
     if (!m_document || !m_document->isModified())
         return true;
-    const auto answer = QMessageBox::question(this, tr("Designer"),
-                                              tr("Save the changes of %1?").arg(m_document->canvas().title()),
-                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    const auto answer =
+        QMessageBox::question(this, tr("Designer"), tr("Save the changes of %1?").arg(m_document->canvas().title()),
+                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
 }
 

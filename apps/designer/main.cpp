@@ -45,10 +45,11 @@ int main(int argc, char** argv)
     }
     for (const QString& problem : (*system)->problems())
         Program::complain(problem);
-    (*system)->scripts().setEnabled(options->areScriptsTrusted || ScriptTrust::answerFor(options->project) ==
-                                                                      ScriptTrust::Answer::Trusted);
+    (*system)->scripts().setEnabled(options->areScriptsTrusted ||
+                                    ScriptTrust::answerFor(options->project) == ScriptTrust::Answer::Trusted);
     if (isHeadless && options->screenshot.isEmpty()) {
-        Program::complain(QStringLiteral("there is no display to edit on; --screenshot FILE draws the window off screen"));
+        Program::complain(
+            QStringLiteral("there is no display to edit on; --screenshot FILE draws the window off screen"));
         return failed;
     }
     DesignerWindow window(**system);

@@ -90,7 +90,8 @@ int main(int argc, char** argv)
         return runWindow(live, *options, **page);
     QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
     if (live.hasUntrustedScripts())
-        complain(QStringLiteral("the page's scripts don't run: %1 is not trusted (--trust)").arg(live.project().folder));
+        complain(
+            QStringLiteral("the page's scripts don't run: %1 is not trusted (--trust)").arg(live.project().folder));
     printScripts(live.scripts());
     return HeadlessRun(live, *options).run(**page);
 }

@@ -21,7 +21,7 @@ struct RuntimeOptions
     double zoom = 1; ///< of the screenshot of a run without a window
     bool isStored = true;
     bool areScriptsTrusted = false; ///< runs the project's scripts, whatever the user said of its folder
-    bool isBenchmark = false; ///< draws off screen as a window would, and prints what it costs
+    bool isBenchmark = false;       ///< draws off screen as a window would, and prints what it costs
 
     /// Ends the program for a command line that it answers itself (--help, --version).
     /// \returns what is wrong with the command line.

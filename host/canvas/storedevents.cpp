@@ -90,7 +90,8 @@ StoredEvents::Read StoredEvents::read(const Value& stored)
 {
     auto action = readAction(stored);
     if (!action)
-        return {{nullptr, JsonText::textOf(stored)}, action.error() + QStringLiteral(": the event action does nothing")};
+        return {{nullptr, JsonText::textOf(stored)},
+                action.error() + QStringLiteral(": the event action does nothing")};
     return {{std::move(*action), JsonText::otherMembers(stored, {"trigger", "type", "script", "data"})}, {}};
 }
 

@@ -78,7 +78,7 @@ bool DesignDocument::isFileChanged() const
 
 tl::expected<void, QString> DesignDocument::save()
 {
-    if (const auto written = PageWriter::writeFile(m_page, m_page.fileName); !written)
+    if (auto written = PageWriter::writeFile(m_page, m_page.fileName); !written)
         return written;
     m_fileHash = hashOfFile(m_page.fileName);
     setModified(false);

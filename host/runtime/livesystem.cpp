@@ -144,9 +144,8 @@ void LiveSystem::trustScripts()
 
 bool LiveSystem::hasUntrustedScripts() const
 {
-    return !m_scripts.isEnabled() && std::any_of(m_pageScripts.begin(), m_pageScripts.end(), [](const auto& scripts) {
-        return !scripts->page().events.isEmpty();
-    });
+    return !m_scripts.isEnabled() && std::any_of(m_pageScripts.begin(), m_pageScripts.end(),
+                                                 [](const auto& scripts) { return !scripts->page().events.isEmpty(); });
 }
 
 LiveSystem::~LiveSystem()

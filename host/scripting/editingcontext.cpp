@@ -25,16 +25,16 @@ const QString propertyKind = QStringLiteral("property");
 
 /// Which receivers are of which class of the catalogue.
 constexpr std::pair<const char*, const char*> receivers[] = {
-    {"shape", "Shape"}, {"obj", "Shape"},   {"canvas[]", "Shape"},    {"canvas.shape()", "Shape"},
-    {"canvas", "Canvas"}, {"canvasObject", "Canvas"}, {"event", "Event"}, {"tags.marks()", "tags.Marks"},
+    {"shape", "Shape"},   {"obj", "Shape"},           {"canvas[]", "Shape"}, {"canvas.shape()", "Shape"},
+    {"canvas", "Canvas"}, {"canvasObject", "Canvas"}, {"event", "Event"},    {"tags.marks()", "tags.Marks"},
 };
 
 /// Functions, and subscripts, whose text arguments are of a kind.
 constexpr std::pair<const char*, const char*> arguments[] = {
-    {"tags.read", "tag"},         {"tags.marks", "tag"},  {"tags.is_good", "tag"},  {"tags.time", "tag"},
-    {"tags.fields", "tag"},       {"pages.open", "page"}, {"pages.close", "page"},  {"pages.is_open", "page"},
-    {"canvas.shape", "shape"},    {"canvas[", "shape"},   {"canvasObject[", "shape"}, {"shape[", "property"},
-    {"obj[", "property"},         {"canvas[][", "property"}, {"canvas.shape()[", "property"},
+    {"tags.read", "tag"},      {"tags.marks", "tag"},     {"tags.is_good", "tag"},         {"tags.time", "tag"},
+    {"tags.fields", "tag"},    {"pages.open", "page"},    {"pages.close", "page"},         {"pages.is_open", "page"},
+    {"canvas.shape", "shape"}, {"canvas[", "shape"},      {"canvasObject[", "shape"},      {"shape[", "property"},
+    {"obj[", "property"},      {"canvas[][", "property"}, {"canvas.shape()[", "property"},
 };
 
 Words wordsOf(const Owner& owner)
@@ -77,7 +77,8 @@ void addWords(ScriptVocabulary& vocabulary)
                                      std::pair("korvane", "the module")})
         vocabulary.words.push_back({QLatin1String(name), QLatin1String(hint)});
     for (const Owner& owner : ScriptCatalogue::owners()) {
-        if (owner.name.at(0).isLower() && !owner.name.contains(QLatin1Char('.')) && owner.name != QLatin1String("korvane"))
+        if (owner.name.at(0).isLower() && !owner.name.contains(QLatin1Char('.')) &&
+            owner.name != QLatin1String("korvane"))
             vocabulary.words.push_back({owner.name, owner.meaning.section(QLatin1Char('.'), 0, 0)});
     }
     for (int place = 0; place < scriptHandlerCount; ++place) {

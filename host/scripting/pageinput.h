@@ -36,9 +36,9 @@ private:
 
     CanvasView& m_view;
     PageScripts& m_scripts;
-    Shape* m_pressed = nullptr;  ///< that the left button went down on; null for the page too
-    Shape* m_hovered = nullptr;  ///< under the pointer
-    Shape* m_keyed = nullptr;    ///< pressed last: keys come to it
+    Shape* m_pressed = nullptr; ///< that the left button went down on; null for the page too
+    Shape* m_hovered = nullptr; ///< under the pointer
+    Shape* m_keyed = nullptr;   ///< pressed last: keys come to it
     QPoint m_pressedAt;
     bool m_isPressed = false;
     bool m_isHovering = false; ///< the pointer is over the view

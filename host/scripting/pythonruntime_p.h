@@ -48,8 +48,8 @@ private:
 
     py::dict m_prelude;
     py::module_ m_module;
-    PyObject* m_names[scriptHandlerCount];
-    PyObject* m_shape;
-    PyObject* m_trigger;
-    PyObject* m_event;
+    PyObject* m_names[scriptHandlerCount] = {};
+    PyObject* m_shape = nullptr;
+    PyObject* m_trigger = nullptr;
+    PyObject* m_event = nullptr;
 };

@@ -147,9 +147,8 @@ QString PythonValues::text(PyObject* unicode)
 py::object PythonValues::toPython(const QString& text)
 {
     int byteOrder = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? -1 : 1;
-    return py::reinterpret_steal<py::object>(PyUnicode_DecodeUTF16(reinterpret_cast<const char*>(text.utf16()),
-                                                                   Py_ssize_t(text.size()) * 2, "surrogatepass",
-                                                                   &byteOrder));
+    return py::reinterpret_steal<py::object>(PyUnicode_DecodeUTF16(
+        reinterpret_cast<const char*>(text.utf16()), Py_ssize_t(text.size()) * 2, "surrogatepass", &byteOrder));
 }
 
 py::object PythonValues::toPython(const QVariant& value)
@@ -202,7 +201,7 @@ QVariant PythonValues::fromPython(const py::handle& value)
 
 QVariant PythonValues::fromPython(const py::handle& value, ShapeProperty::Kind kind)
 {
-    const QVariant plain = fromPython(value);
+    QVariant plain = fromPython(value);
     switch (kind) {
     case ShapeProperty::Kind::Rect: {
         const QVector<double> numbers = numbersOf(plain, 4);

@@ -56,7 +56,8 @@ void ScriptModule::defineAlarms(py::module_ alarms)
         .def_readonly("severity", &ScadaAlarm::severity, "0 to 9; 9 is the gravest.")
         .def_property_readonly(
             "state", [](const ScadaAlarm& alarm) { return stateNames[static_cast<int>(alarm.state)]; },
-            "\"normal\", \"unacknowledged\", \"acknowledged\", \"returned unacknowledged\", \"shelved\", \"suppressed\" or "
+            "\"normal\", \"unacknowledged\", \"acknowledged\", \"returned unacknowledged\", \"shelved\", "
+            "\"suppressed\" or "
             "\"out of service\".")
         .def_property_readonly("value", &memberOf<&ScadaAlarm::value>, "The value that raised it.")
         .def_property_readonly("limit", &memberOf<&ScadaAlarm::limit>, "The limit that was crossed; None without one.")
@@ -65,7 +66,8 @@ void ScriptModule::defineAlarms(py::module_ alarms)
     alarms.def("active", &active, "active()\n\nEvery alarm that has not returned to normal, newest first.");
     alarms.def(
         "acknowledge", [](quint64 id) { return manager().acknowledge(id, currentUser()); }, py::arg("id"),
-        "acknowledge(id)\n\nAcknowledges an occurrence for the operator who is logged in; False when there was nothing to "
+        "acknowledge(id)\n\nAcknowledges an occurrence for the operator who is logged in; False when there was nothing "
+        "to "
         "acknowledge.");
     alarms.def(
         "highest_severity", [] { return manager().highestUnacknowledgedSeverity(); },

@@ -15,8 +15,8 @@ std::vector<ScriptCatalogue::Owner> readOwners()
         ScriptCatalogue::Owner read{text(py::object(parts[0]).ptr()), text(py::object(parts[1]).ptr()), {}};
         for (const py::handle entry : py::list(parts[2])) {
             const auto texts = py::reinterpret_borrow<py::tuple>(entry);
-            read.entries.push_back({text(py::object(texts[0]).ptr()), text(py::object(texts[1]).ptr()),
-                                    text(py::object(texts[2]).ptr())});
+            read.entries.push_back(
+                {text(py::object(texts[0]).ptr()), text(py::object(texts[1]).ptr()), text(py::object(texts[2]).ptr())});
         }
         found.push_back(std::move(read));
     }

@@ -84,14 +84,14 @@ void ScriptEngine::setEvent(const std::optional<ScriptEvent>& event)
     m_session->setEvent(event);
 }
 
-bool ScriptEngine::hasHandler(const KVCanvasInterface* canvas, TesselInterface* shape,
-                              ScriptHandler handler) const
+bool ScriptEngine::hasHandler(const KVCanvasInterface* canvas, TesselInterface* shape, ScriptHandler handler) const
 {
     const ScriptNamespace* space = m_session->isEnabled ? m_session->space(canvas) : nullptr;
     if (!space)
         return false;
-    return scriptHandlerInfo(handler).reach == ScriptHandlerInfo::Reach::Everyone ? !space->owners(handler).empty()
-                                                                                  : space->handler(shape, handler) != nullptr;
+    return scriptHandlerInfo(handler).reach == ScriptHandlerInfo::Reach::Everyone
+               ? !space->owners(handler).empty()
+               : space->handler(shape, handler) != nullptr;
 }
 
 bool ScriptEngine::callHandler(KVCanvasInterface* canvas, TesselInterface* shape, ScriptHandler handler,

@@ -41,19 +41,19 @@ struct ScriptHandlerInfo
     enum class Subject { None, Shape, Canvas };
     /// Which owners' handlers are called.
     enum class Reach {
-        Owner,        ///< that of the shape, or of the page, that the event came to
-        OwnerOrPage,  ///< that of the shape, else the page's
-        Everyone,     ///< all that the page and its shapes have
+        Owner,       ///< that of the shape, or of the page, that the event came to
+        OwnerOrPage, ///< that of the shape, else the page's
+        Everyone,    ///< all that the page and its shapes have
     };
 
     QLatin1String name;
     /// What stands in front of its other arguments: nothing, the shape or the page it happened to.
-    Subject subject;
-    Reach reach;
+    Subject subject = Subject::None;
+    Reach reach = Reach::Owner;
     /// Names of all its arguments, joined by commas; empty for none.
-    const char* arguments;
-    int argumentCount;
-    const char* meaning; ///< when it is called
+    const char* arguments = "";
+    int argumentCount = 0;
+    const char* meaning = ""; ///< when it is called
 };
 
 KORVANE_HOST_EXPORT const ScriptHandlerInfo& scriptHandlerInfo(ScriptHandler handler);

@@ -63,7 +63,8 @@ void defineProperties(py::module_& module)
 {
     module.def(
         "property", [](const py::str& name) { return toPython(properties().getProperty(text(name.ptr()))); },
-        "property(name)\n\nThe property of the application of that name, as tags reach it behind \"@::\"; None when there is "
+        "property(name)\n\nThe property of the application of that name, as tags reach it behind \"@::\"; None when "
+        "there is "
         "none.");
     module.def(
         "set_property",
@@ -73,7 +74,8 @@ void defineProperties(py::module_& module)
                 raise(PyExc_RuntimeError, QStringLiteral("this system's application properties can't be set"));
             manager->setValue(text(name.ptr()), PythonValues::fromPython(value));
         },
-        "set_property(name, value)\n\nSets a property of the application; shapes bound to \"@::name\" show it at once. None "
+        "set_property(name, value)\n\nSets a property of the application; shapes bound to \"@::name\" show it at once. "
+        "None "
         "takes the property away.");
     module.def(
         "now", [] { return toPython(QVariant(session().hub().currentTime())); },
@@ -181,9 +183,10 @@ void ScriptModule::definePages(py::module_ pages)
             return manager && manager->findCanvas(text(name.ptr())) != nullptr;
         },
         "is_open(name)\n\nWhether the page of that name is open.");
-    pages.def("open", &openPage,
-              "open(name)\n\nOpens a page, or brings it to the front, once the script has ended. Raises LookupError for a "
-              "page that the project does not have.");
+    pages.def(
+        "open", &openPage,
+        "open(name)\n\nOpens a page, or brings it to the front, once the script has ended. Raises LookupError for a "
+        "page that the project does not have.");
     pages.def("close", &closePage, py::arg("name") = py::none(),
               "close(name=None)\n\nCloses an open page, by default the script's own, once the script has ended.");
     pages.def(
@@ -194,7 +197,8 @@ void ScriptModule::definePages(py::module_ pages)
             zoomPage(factor, name);
         },
         py::arg("factor"), py::arg("name") = py::none(),
-        "zoom(factor, name=None)\n\nShows an open page, by default the script's own, at a zoom; 1 is the page's own size. It "
+        "zoom(factor, name=None)\n\nShows an open page, by default the script's own, at a zoom; 1 is the page's own "
+        "size. It "
         "is held to what views can show (0.05 to 8).");
     pages.def(
         "zoom_to_fit", [](const py::object& name) { zoomPage(0, name); }, py::arg("name") = py::none(),
@@ -238,9 +242,11 @@ py::module_ ScriptModule::create()
     defineOutput(module);
     defineObjects(module);
     defineProperties(module);
-    defineTags(part("tags", "Values of the plant. A tag is written as in bindings: \"FT-101\", \"FT-101:HighLimit\", "
-                            "\"@R::PLC1\" for a unit, \"@C::LINE1\" for a line, \"@::Name\" for an application property."));
-    definePages(part("pages", "The pages of the project. What is opened, closed or zoomed happens once the script has ended."));
+    defineTags(part("tags",
+                    "Values of the plant. A tag is written as in bindings: \"FT-101\", \"FT-101:HighLimit\", "
+                    "\"@R::PLC1\" for a unit, \"@C::LINE1\" for a line, \"@::Name\" for an application property."));
+    definePages(
+        part("pages", "The pages of the project. What is opened, closed or zoomed happens once the script has ended."));
     defineAlarms(part("alarms", "The alarms of the system."));
     defineLog(part("log", "The log that the program keeps."));
     for (const TriggerName& each : triggerNames)

@@ -60,6 +60,6 @@ private:
     std::shared_ptr<CanvasHandle> m_canvasHandle;
     std::unordered_map<TesselInterface*, std::pair<std::shared_ptr<ShapeHandle>, py::object>> m_shapes;
     std::unordered_map<TesselInterface*, Functions> m_handlers; ///< the page's own under null
-    QHash<QPair<QString, QString>, py::object> m_codes; ///< by title and script
+    QHash<QPair<QString, QString>, py::object> m_codes;         ///< by title and script
     QSet<QString> m_blocked;
 };

@@ -61,8 +61,7 @@ void writeProperty(const ShapeHandle& handle, const py::str& name, const py::obj
     const QString wanted = text(name.ptr());
     const ShapeProperty& property = propertyOf(shape, wanted);
     if (!shape.setNamedProperty(wanted, PythonValues::fromPython(value, property.kind))) {
-        raise(PyExc_ValueError,
-              QStringLiteral("property \"%1\" can't be %2").arg(wanted, text(py::repr(value).ptr())));
+        raise(PyExc_ValueError, QStringLiteral("property \"%1\" can't be %2").arg(wanted, text(py::repr(value).ptr())));
     }
 }
 
@@ -95,8 +94,8 @@ py::object shapeNamed(const CanvasHandle& handle, const py::str& name)
     const CanvasHandle& page = live(handle);
     TesselInterface* shape = page.canvas->shapeNamed(text(name.ptr()));
     if (!shape) {
-        raise(PyExc_LookupError, QStringLiteral("page \"%1\" has no shape \"%2\"")
-                                     .arg(page.canvas->canvasName(), text(name.ptr())));
+        raise(PyExc_LookupError,
+              QStringLiteral("page \"%1\" has no shape \"%2\"").arg(page.canvas->canvasName(), text(name.ptr())));
     }
     return page.space->shapeObject(shape);
 }
@@ -135,7 +134,8 @@ void defineShape(py::module_& module)
 {
     py::class_<ShapeHandle, std::shared_ptr<ShapeHandle>>(
         module, "Shape",
-        "A shape of a page. Its properties are read and set by name: shape[\"Text\"] = \"on\". Points and sizes are pairs, "
+        "A shape of a page. Its properties are read and set by name: shape[\"Text\"] = \"on\". Points and sizes are "
+        "pairs, "
         "rectangles four numbers, colours their names (\"#rrggbb\", \"steelblue\", \"\" for none).")
         .def_property_readonly(
             "name", [](const ShapeHandle& handle) { return toPython(nameOf(live(handle))); },
@@ -203,7 +203,8 @@ void defineEvent(py::module_& module)
             "key", [](const ScriptEvent& event) { return keyName(event.key); },
             "Name of the key, as \"A\", \"F5\" or \"Return\"; None for an event without one.")
         .def_property_readonly(
-            "text", [](const ScriptEvent& event) { return toPython(event.text); }, "The text that the key types; may be empty.")
+            "text", [](const ScriptEvent& event) { return toPython(event.text); },
+            "The text that the key types; may be empty.")
         .def_property_readonly(
             "modifiers", [](const ScriptEvent& event) { return modifierNames(event.modifiers); },
             "The keys held down beside: any of \"shift\", \"ctrl\", \"alt\", \"meta\".");

@@ -286,7 +286,8 @@ QString ScriptSession::failureText(const Context& context)
         if (!isStopping()) {
             if (!context.isEvent())
                 trial.line = failure.ownLine;
-            const QString line = failure.line > 0 ? QStringLiteral("%1line %2").arg(comma).arg(failure.line) : QString();
+            const QString line =
+                failure.line > 0 ? QStringLiteral("%1line %2").arg(comma).arg(failure.line) : QString();
             const QString traceback =
                 failure.traceback.isEmpty() ? QString() : QLatin1Char('\n') + failure.traceback.trimmed();
             return where + line + QStringLiteral(": ") + failure.message + traceback;
@@ -327,10 +328,10 @@ void ScriptSession::later(const std::function<void()>& action)
 }
 
 // Called by the interpreter on the GUI thread, between two steps of a script.
-int ScriptSession::stopRun(void* run)
+int ScriptSession::stopRun(void*)
 {
     ScriptSession* session = s_running;
-    if (!session || !session->m_watch.isOn(reinterpret_cast<quintptr>(run)))
+    if (!session || !session->m_watch.isOverdue())
         return 0; // over already
     session->stop(QStringLiteral("it ran longer than %1 ms").arg(session->limits.time.count()));
     PyErr_SetString(PyExc_KeyboardInterrupt, "stopped");

@@ -91,7 +91,7 @@ public:
 private:
     class Run;
 
-    static int stopRun(void* run);
+    static int stopRun(void*);
     static int trace(PyObject*, PyFrameObject*, int what, PyObject*);
     void stop(const QString& reason);
     bool isStopping() const { return !m_stopReason.isEmpty(); }

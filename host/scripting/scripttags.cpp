@@ -146,8 +146,9 @@ void ScriptModule::defineTags(py::module_ tags)
                       "CONTROL_INHIBITED, ALARM_INHIBITED, SCAN_INHIBITED and INFORMATION_TAG: what operators set.")
         .def_readonly("limit", &Marks::limit,
                       "BELOW_LOW, ABOVE_HIGH, BELOW_LOW_LOW and ABOVE_HIGH_HIGH; ABNORMAL for a state.")
-        .def_readonly("quality", &Marks::quality,
-                      "INVALID, SUBSTITUTED, STALE, COMMUNICATION_FAILED, ESTIMATED, OUT_OF_RANGE, OSCILLATING and TEST.");
+        .def_readonly(
+            "quality", &Marks::quality,
+            "INVALID, SUBSTITUTED, STALE, COMMUNICATION_FAILED, ESTIMATED, OUT_OF_RANGE, OSCILLATING and TEST.");
     tags.def("read", &readTag, py::arg("tag"),
              "read(tag)\n\nThe present value of a tag, or the value of the field that it names: a float of an analog "
              "point, an int of a digital one, a text, an aware datetime. None where there is no value yet. A value is "

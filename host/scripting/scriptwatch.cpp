@@ -12,6 +12,7 @@ constexpr int idleLooks = 20;                         // before the thread goes 
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): from a mutex that can't be locked there is no way back
 ScriptWatch::~ScriptWatch()
 {
     if (!m_thread.joinable())
@@ -28,7 +29,7 @@ ScriptWatch::~ScriptWatch()
 void ScriptWatch::begin(std::chrono::milliseconds limit)
 {
     m_deadline.store((Clock::now() + limit).time_since_epoch().count());
-    m_run.store(++m_lastRun);
+    m_isOn.store(true);
     if (m_isAwake.exchange(true))
         return;
     if (!m_thread.joinable())
@@ -37,15 +38,14 @@ void ScriptWatch::begin(std::chrono::milliseconds limit)
     m_wake.notify_one();
 }
 
-// How long until a run's time is over; negative when it is.
 std::chrono::nanoseconds ScriptWatch::timeLeft() const
 {
     return Clock::time_point(Clock::duration(m_deadline.load())) - Clock::now();
 }
 
-void ScriptWatch::callBack(quintptr run)
+void ScriptWatch::callBack()
 {
-    Py_AddPendingCall(m_callback, reinterpret_cast<void*>(run)); // when its queue is full, one of ours is in it
+    Py_AddPendingCall(m_callback, nullptr); // when its queue is full, one of ours is in it
     // Python 3.11 looks at what other threads left there only when one of them asks for the interpreter.
     const py::gil_scoped_acquire asked;
 }
@@ -55,13 +55,12 @@ void ScriptWatch::watch()
     std::unique_lock lock(m_mutex);
     int idle = 0;
     while (!m_isEnding) {
-        const quintptr run = m_run.load();
-        if (run != 0 && timeLeft() <= std::chrono::nanoseconds::zero()) {
+        if (isOverdue()) {
             lock.unlock();
-            callBack(run);
+            callBack();
             lock.lock();
             m_wake.wait_for(lock, betweenCalls);
-        } else if (run != 0) {
+        } else if (m_isOn.load()) {
             idle = 0;
             m_wake.wait_for(lock, std::min<std::chrono::nanoseconds>(timeLeft(), longestLook));
         } else if (++idle < idleLooks) {
@@ -70,7 +69,7 @@ void ScriptWatch::watch()
             idle = 0;
             m_isAwake.store(false);
             // A run that began before the store saw the thread awake and does not wake it.
-            if (m_run.load() == 0)
+            if (!m_isOn.load())
                 m_wake.wait(lock, [this] { return m_isAwake.load() || m_isEnding; });
             m_isAwake.store(true);
         }

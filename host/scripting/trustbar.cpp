@@ -16,9 +16,10 @@ TrustBar::TrustBar(const QString& folder, QWidget* parent) : QFrame(parent), m_f
     colors.setColor(QPalette::Window, colors.color(QPalette::ToolTipBase));
     colors.setColor(QPalette::WindowText, colors.color(QPalette::ToolTipText));
     setPalette(colors);
-    auto* text = new QLabel(tr("This project's scripts don't run. Scripts can do whatever you can; run them only if you "
-                               "trust where %1 comes from.")
-                                .arg(QDir::toNativeSeparators(folder)));
+    auto* text =
+        new QLabel(tr("This project's scripts don't run. Scripts can do whatever you can; run them only if you "
+                      "trust where %1 comes from.")
+                       .arg(QDir::toNativeSeparators(folder)));
     text->setWordWrap(true);
     auto* run = new QPushButton(tr("&Run scripts"));
     run->setObjectName(QStringLiteral("runScripts"));

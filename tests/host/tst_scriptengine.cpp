@@ -95,17 +95,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("script");
         QTest::addColumn<int>("line");
         QTest::newRow("a bare loop") << text("x = 1\nwhile True:\n    pass\n") << -1;
-        QTest::newRow("one that catches everything")
-            << text("while True:\n    try:\n        while True:\n            pass\n    except BaseException:\n        pass\n") << -1;
+        QTest::newRow("one that catches everything") << text("while True:\n    try:\n        while True:\n            "
+                                                             "pass\n    except BaseException:\n        pass\n")
+                                                     << -1;
         QTest::newRow("one that goes on in finally")
             << text("def f():\n    try:\n        while True: pass\n    finally:\n        f()\nf()\n") << -1;
         QTest::newRow("one that sleeps") << text("import time\ntime.sleep(1000)\n") << 2;
         QTest::newRow("one that waits in a library")
             << text("import threading\nwhile not threading.Event().wait(0.01): pass\n") << -1;
-        QTest::newRow("one that takes the trace away")
-            << text("import sys\nwhile True:\n    try:\n        while True: pass\n    except:\n        sys.settrace(None)\n") << -1;
+        QTest::newRow("one that takes the trace away") << text("import sys\nwhile True:\n    try:\n        while True: "
+                                                               "pass\n    except:\n        sys.settrace(None)\n")
+                                                       << -1;
         QTest::newRow("a generator that catches everything")
-            << text("def g():\n    while True:\n        try:\n            yield 1\n        except BaseException:\n            "
+            << text("def g():\n    while True:\n        try:\n            yield 1\n        except BaseException:\n     "
+                    "       "
                     "pass\nfor x in g(): pass\n")
             << -1;
         QTest::newRow("an exception whose text never ends")
@@ -130,8 +133,8 @@ private Q_SLOTS:
         plant.engine.setLimits({std::chrono::milliseconds(50)});
         const QString script = text("print('once')\nwhile True: pass");
         plant.engine.runAction(&plant.canvas, plant.shape("first"), script, TriggerType::MouseHover);
-        QVERIFY(plant.engine.lastError().startsWith(
-            text("page \"overview\", shape \"first\", event \"Mouse Hover\", line 2: stopped: it ran longer than 50 ms")));
+        QVERIFY(plant.engine.lastError().startsWith(text(
+            "page \"overview\", shape \"first\", event \"Mouse Hover\", line 2: stopped: it ran longer than 50 ms")));
         plant.engine.runAction(&plant.canvas, plant.shape("first"), script, TriggerType::MouseHover);
         QCOMPARE(plant.out, text("once\n"));
         // Another object's, and another event's, are scripts of their own.
@@ -171,8 +174,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("failure");
-        QTest::newRow("an exception") << text("x = 1\n1 / 0\n") << text(", line 2: ZeroDivisionError: division by zero");
-        QTest::newRow("an unknown name") << text("nothing") << text(", line 1: NameError: name 'nothing' is not defined");
+        QTest::newRow("an exception") << text("x = 1\n1 / 0\n")
+                                      << text(", line 2: ZeroDivisionError: division by zero");
+        QTest::newRow("an unknown name") << text("nothing")
+                                         << text(", line 1: NameError: name 'nothing' is not defined");
         QTest::newRow("no Python") << text("x = 1\nif x\n  y") << text(", line 2: SyntaxError: expected ':'");
         QTest::newRow("a tab among blanks")
             << text("if 1:\n    x = 1\n\ty = 1\n")
@@ -183,30 +188,32 @@ private Q_SLOTS:
                                          << text(", line 1: the script wanted to exit, which ends scripts only");
         QTest::newRow("a hard exit") << text("import os\nos._exit(3)")
                                      << text(", line 2: RuntimeError: a script can't end the program");
-        QTest::newRow("a deep recursion") << text("def f(): f()\nf()")
-                                          << text(", line 1: RecursionError: maximum recursion depth exceeded");
+        QTest::newRow("a deep recursion")
+            << text("def f(): f()\nf()") << text(", line 1: RecursionError: maximum recursion depth exceeded");
         QTest::newRow("a NUL") << QString(QLatin1String("x\0y", 3))
                                << text(": ValueError: source code string cannot contain null bytes");
-        QTest::newRow("half a surrogate pair") << QString(QLatin1String("x = '")) + QChar(0xD800) + QLatin1Char('\'')
-                                               << text(": UnicodeEncodeError");
-        QTest::newRow("input from nowhere") << text("input()") << text(", line 1: RuntimeError: input(): lost sys.stdin");
-        QTest::newRow("an unknown tag") << text("tags.read('XX-1')") << text(", line 1: LookupError: there is no \"XX-1\"");
-        QTest::newRow("a number for a tag") << text("tags.read('12.5')")
-                                            << text(", line 1: LookupError: \"12.5\" names nothing");
-        QTest::newRow("a field that others have") << text("tags.read('P-1:HighLimit')")
-                                                  << text(", line 1: LookupError: \"P-1\" has no field \"HighLimit\"");
-        QTest::newRow("an unknown shape") << text("canvas['third']")
-                                          << text(", line 1: LookupError: page \"overview\" has no shape \"third\"");
+        QTest::newRow("half a surrogate pair")
+            << QString(QLatin1String("x = '")) + QChar(0xD800) + QLatin1Char('\'') << text(": UnicodeEncodeError");
+        QTest::newRow("input from nowhere")
+            << text("input()") << text(", line 1: RuntimeError: input(): lost sys.stdin");
+        QTest::newRow("an unknown tag") << text("tags.read('XX-1')")
+                                        << text(", line 1: LookupError: there is no \"XX-1\"");
+        QTest::newRow("a number for a tag")
+            << text("tags.read('12.5')") << text(", line 1: LookupError: \"12.5\" names nothing");
+        QTest::newRow("a field that others have")
+            << text("tags.read('P-1:HighLimit')") << text(", line 1: LookupError: \"P-1\" has no field \"HighLimit\"");
+        QTest::newRow("an unknown shape")
+            << text("canvas['third']") << text(", line 1: LookupError: page \"overview\" has no shape \"third\"");
         QTest::newRow("an unknown property")
             << text("shape['Colour'] = 'red'")
             << text(", line 1: LookupError: shape \"first\" has no property \"Colour\"");
-        QTest::newRow("a value that can't be")
-            << text("shape['FontSize'] = 'large'")
-            << text(", line 1: ValueError: property \"FontSize\" can't be 'large'");
+        QTest::newRow("a value that can't be") << text("shape['FontSize'] = 'large'")
+                                               << text(", line 1: ValueError: property \"FontSize\" can't be 'large'");
         QTest::newRow("an unknown page") << text("pages.open('nowhere')")
                                          << text(", line 1: LookupError: there is no page \"nowhere\"");
-        QTest::newRow("a page where none can be shown") << text("pages.open('overview')")
-                                                        << text(", line 1: RuntimeError: there is no window here that shows pages");
+        QTest::newRow("a page where none can be shown")
+            << text("pages.open('overview')")
+            << text(", line 1: RuntimeError: there is no window here that shows pages");
         QTest::newRow("alarms of a system without")
             << text("alarms.active()") << text(", line 1: RuntimeError: this system has no alarms");
     }
@@ -258,7 +265,8 @@ private Q_SLOTS:
     {
         Plant plant;
         plant.run("count = 1\ndef double(x): return 2 * x");
-        plant.engine.runAction(&plant.canvas, plant.shape("first"), text("count = double(count)"), TriggerType::MousePress);
+        plant.engine.runAction(&plant.canvas, plant.shape("first"), text("count = double(count)"),
+                               TriggerType::MousePress);
         QCOMPARE(plant.run("print(count)"), text("2\n"));
         Canvas other(text("other"));
         plant.engine.runForCanvas(&other, text("print(count)"));
@@ -277,15 +285,17 @@ private Q_SLOTS:
         event.button = Qt::LeftButton;
         event.modifiers = Qt::ShiftModifier | Qt::ControlModifier;
         plant.engine.setEvent(event);
-        plant.engine.runAction(&plant.canvas, plant.shape("first"),
-                               text("print(canvas.name, shape.name, shape.kind, trigger == korvane.MOUSE_PRESS, event.x, "
-                                    "event.y, event.button, event.modifiers, event.key)"),
-                               TriggerType::MousePress);
+        plant.engine.runAction(
+            &plant.canvas, plant.shape("first"),
+            text("print(canvas.name, shape.name, shape.kind, trigger == korvane.MOUSE_PRESS, event.x, "
+                 "event.y, event.button, event.modifiers, event.key)"),
+            TriggerType::MousePress);
         QCOMPARE(plant.out, text("overview first Label True 12.5 30.0 left ['shift', 'ctrl'] None\n"));
         event = {};
         event.key = Qt::Key_F5;
         plant.engine.setEvent(event);
-        QCOMPARE(plant.run("print(event.key, repr(event.text), event.button, shape, trigger)"), text("F5 '' None None 0\n"));
+        QCOMPARE(plant.run("print(event.key, repr(event.text), event.button, shape, trigger)"),
+                 text("F5 '' None None 0\n"));
         plant.engine.setEvent(std::nullopt);
         QCOMPARE(plant.run("print(event)"), text("None\n"));
     }
@@ -293,10 +303,11 @@ private Q_SLOTS:
     void propertiesAreReadAndSet()
     {
         Plant plant;
-        QCOMPARE(plant.run("first = canvas['first']\nfirst['Text'] = 'on'\nfirst['TextColor'] = 'red'\n"
-                           "first['Position'] = (10, 20.5)\nfirst['Visible'] = False\n"
-                           "print(first['Text'], first['TextColor'], first['Position'], first['Visible'], 'first' in canvas, "
-                           "'x' in canvas, canvas.shapes(), first is canvas.shape('first'))"),
+        QCOMPARE(plant.run(
+                     "first = canvas['first']\nfirst['Text'] = 'on'\nfirst['TextColor'] = 'red'\n"
+                     "first['Position'] = (10, 20.5)\nfirst['Visible'] = False\n"
+                     "print(first['Text'], first['TextColor'], first['Position'], first['Visible'], 'first' in canvas, "
+                     "'x' in canvas, canvas.shapes(), first is canvas.shape('first'))"),
                  text("on #ff0000 (10.0, 20.5) False True False ['first', 'second'] True\n"));
         QCOMPARE(plant.shape("first")->namedProperty(text("Text")).toString(), text("on"));
         QCOMPARE(plant.shape("first")->pos(), QPointF(10, 20.5));
@@ -307,11 +318,12 @@ private Q_SLOTS:
     void propertiesOfTheApplication()
     {
         Plant plant;
-        QCOMPARE(plant.run("print(korvane.property('Shift'))\nkorvane.set_property('Shift', 3)\n"
-                           "print(korvane.property('Shift'), tags.read('@::Shift'))\nkorvane.set_property('Shift', None)\n"
-                           "print(tags.read('@::Shift'))\nkorvane.set_property('List', [1, 'a', [True]])\n"
-                           "print(korvane.property('List'))"),
-                 text("None\n3 3\nNone\n[1, 'a', [True]]\n"));
+        QCOMPARE(
+            plant.run("print(korvane.property('Shift'))\nkorvane.set_property('Shift', 3)\n"
+                      "print(korvane.property('Shift'), tags.read('@::Shift'))\nkorvane.set_property('Shift', None)\n"
+                      "print(tags.read('@::Shift'))\nkorvane.set_property('List', [1, 'a', [True]])\n"
+                      "print(korvane.property('List'))"),
+            text("None\n3 3\nNone\n[1, 'a', [True]]\n"));
         QCOMPARE(plant.properties.names(), QStringList(text("List")));
         plant.run("x = []\nx.append(x)\nkorvane.set_property('Endless', x)");
         QVERIFY(plant.engine.lastError().contains(text("ValueError: the list is nested too deep")));
@@ -324,7 +336,8 @@ private Q_SLOTS:
     void whatIsGoneIsSaidToBeGone()
     {
         Plant plant;
-        plant.run("import korvane as kept\nkept.shape = canvas['first']\nkept.page = canvas\nprint(kept.shape, kept.page)");
+        plant.run(
+            "import korvane as kept\nkept.shape = canvas['first']\nkept.page = canvas\nprint(kept.shape, kept.page)");
         QCOMPARE(plant.out, text("<shape \"first\"> <page \"overview\">\n"));
         plant.engine.forgetShape(&plant.canvas, plant.shape("first"));
         plant.run("print(korvane.shape)\nkorvane.shape['Text']");
@@ -340,8 +353,8 @@ private Q_SLOTS:
     void deletingWhatItRunsOnHarmsNothing()
     {
         Plant plant;
-        plant.engine.runAction(&plant.canvas, plant.shape("first"), text("del shape, canvas, trigger, event, korvane, tags"),
-                               TriggerType::MousePress);
+        plant.engine.runAction(&plant.canvas, plant.shape("first"),
+                               text("del shape, canvas, trigger, event, korvane, tags"), TriggerType::MousePress);
         QCOMPARE(plant.engine.lastError(), QString());
         plant.engine.runAction(&plant.canvas, plant.shape("first"), text("globals().clear()\nprint(1)"),
                                TriggerType::MouseRelease);
@@ -359,7 +372,8 @@ private Q_SLOTS:
                                TriggerType::ObjectLoading);
         QVERIFY(plant.engine.hasHandler(&plant.canvas, first, ScriptHandler::TextChanged));
         QVERIFY(!plant.engine.hasHandler(&plant.canvas, second, ScriptHandler::TextChanged));
-        plant.engine.runAction(&plant.canvas, nullptr, text("def onTextChanged(obj, text): print('page', obj.name, text)"),
+        plant.engine.runAction(&plant.canvas, nullptr,
+                               text("def onTextChanged(obj, text): print('page', obj.name, text)"),
                                TriggerType::CanvasLoad);
         QVERIFY(plant.engine.callHandler(&plant.canvas, first, ScriptHandler::TextChanged, {text("a")}));
         QVERIFY(plant.engine.callHandler(&plant.canvas, second, ScriptHandler::TextChanged, {text("b")}));
@@ -381,10 +395,12 @@ private Q_SLOTS:
     void someHandlersReachEveryone()
     {
         Plant plant;
-        plant.engine.runAction(&plant.canvas, plant.shape("first"), text("def onPointValueChanged(name, value): print('shape', name, value)"),
+        plant.engine.runAction(&plant.canvas, plant.shape("first"),
+                               text("def onPointValueChanged(name, value): print('shape', name, value)"),
                                TriggerType::ObjectLoading);
         plant.run("def onPointValueChanged(name, value): print('page', name, value)");
-        QVERIFY(plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::PointValueChanged, {text("LT-1"), 1.5}));
+        QVERIFY(
+            plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::PointValueChanged, {text("LT-1"), 1.5}));
         QVERIFY(plant.out.contains(text("shape LT-1 1.5\n")));
         QVERIFY(plant.out.contains(text("page LT-1 1.5\n")));
     }
@@ -397,8 +413,8 @@ private Q_SLOTS:
             Plant plant;
             Shape* owner = info.subject == ScriptHandlerInfo::Subject::Shape ? plant.shape("first") : nullptr;
             const QString arguments = QLatin1String(info.arguments);
-            plant.engine.runAction(&plant.canvas, owner,
-                                   text("def %1(%2):\n\tprint([%2])\n").arg(info.name, arguments), TriggerType::CanvasLoad);
+            plant.engine.runAction(&plant.canvas, owner, text("def %1(%2):\n\tprint([%2])\n").arg(info.name, arguments),
+                                   TriggerType::CanvasLoad);
             QCOMPARE(plant.engine.lastError(), QString());
             QCOMPARE(arguments.isEmpty() ? 0 : arguments.count(QLatin1Char(',')) + 1, info.argumentCount);
             QVariantList values;
@@ -416,11 +432,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("problem");
-        QTest::newRow("too few") << text("def onTextChanged(obj): pass")
-                                 << text("onTextChanged is defined with (obj), but is called as onTextChanged(obj,text)");
+        QTest::newRow("too few")
+            << text("def onTextChanged(obj): pass")
+            << text("onTextChanged is defined with (obj), but is called as onTextChanged(obj,text)");
         QTest::newRow("too many") << text("def onTextChanged(a, b, c): pass") << text("is defined with (a,b,c)");
-        QTest::newRow("one that only names can give") << text("def onTextChanged(a, b, *, c): pass")
-                                                      << text("is defined with (a,b,c)");
+        QTest::newRow("one that only names can give")
+            << text("def onTextChanged(a, b, *, c): pass") << text("is defined with (a,b,c)");
         QTest::newRow("no function") << text("onTextChanged = 5") << text("onTextChanged is no function");
         QTest::newRow("defaults are fine") << text("def onTextChanged(a, b=1, c=2): pass") << QString();
         QTest::newRow("a starred one is fine") << text("def onTextChanged(*all): pass") << QString();
@@ -452,7 +469,8 @@ private Q_SLOTS:
     {
         Plant plant;
         QCOMPARE(plant.engine.requestRow(&plant.canvas, plant.shape("first"), 0), QStringList());
-        plant.run("def onRowDataRequest(obj, row, values):\n\tvalues.append(row)\n\tvalues += ['x', 1.5, object(), None]");
+        plant.run(
+            "def onRowDataRequest(obj, row, values):\n\tvalues.append(row)\n\tvalues += ['x', 1.5, object(), None]");
         QCOMPARE(plant.engine.requestRow(&plant.canvas, plant.shape("first"), 7),
                  QStringList({text("7"), text("x"), text("1.5"), QString(), QString()}));
     }
@@ -569,11 +587,14 @@ private Q_SLOTS:
     void readsTags()
     {
         Plant plant;
-        QCOMPARE(plant.run("print(tags.read('LT-1'), tags.read('P-1'), tags.is_good('LT-1'))"), text("None None False\n"));
+        QCOMPARE(plant.run("print(tags.read('LT-1'), tags.read('P-1'), tags.is_good('LT-1'))"),
+                 text("None None False\n"));
         plant.take(ScadaObjectType::AnalogPoint, 200001, 42.5);
         plant.take(ScadaObjectType::DigitalPoint, 100001, 1, ValueMark::Substituted);
-        QCOMPARE(plant.run("print(tags.read('LT-1'), tags.read('P-1'), tags.read('LT-1:HighLimit'), tags.marks('P-1').quality)"),
-                 text("42.5 1 80.0 2\n"));
+        QCOMPARE(
+            plant.run(
+                "print(tags.read('LT-1'), tags.read('P-1'), tags.read('LT-1:HighLimit'), tags.marks('P-1').quality)"),
+            text("42.5 1 80.0 2\n"));
         QCOMPARE(plant.run("print(tags.time('LT-1'))"), text("2023-11-14 22:13:19+00:00\n"));
     }
 };

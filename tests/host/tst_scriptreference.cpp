@@ -41,8 +41,9 @@ private Q_SLOTS:
     void everythingIsDescribed()
     {
         const QString reference = ScriptEngine::reference();
-        for (const char* call : {"`tags.read(tag)`", "`pages.open(name)`", "`alarms.active()`", "`log.error(text)`",
-                                 "`korvane.set_property(name, value)`", "`shape[name] = value`", "`onTextChanged(obj,text)`"})
+        for (const char* call :
+             {"`tags.read(tag)`", "`pages.open(name)`", "`alarms.active()`", "`log.error(text)`",
+              "`korvane.set_property(name, value)`", "`shape[name] = value`", "`onTextChanged(obj,text)`"})
             QVERIFY2(reference.contains(QLatin1String(call)), call);
         QVERIFY(!reference.contains(QLatin1String("None\n\n"))); // what a class without a docstring would say
     }
