@@ -34,7 +34,7 @@ endfunction()
 
 # korvane_add_floor(NAME SOURCES ... HEADERS ... LINK ... USE ...): one floor of the house, a shared library. NAME is the
 # part behind "Korvane::"; the folder is the current one. HEADERS are public and installed under their floor and room. What
-# is under USE stays inside: no header shows it.
+# is under USE stays inside: no header shows it. A class's form lies beside its .cpp, which includes it as "ui_class.h".
 function(korvane_add_floor name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK;USE")
     set(target Korvane${name})
@@ -56,6 +56,14 @@ function(korvane_add_floor name)
         INSTALL_RPATH "$ORIGIN" # the floors beneath lie beside it
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+
+    # Ninja would learn of a form's new header only after it has decided what to build.
+    foreach(source IN LISTS arg_SOURCES)
+        cmake_path(REPLACE_EXTENSION source LAST_ONLY ui OUTPUT_VARIABLE form)
+        if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${form}")
+            set_property(SOURCE "${source}" APPEND PROPERTY OBJECT_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${form}")
+        endif()
+    endforeach()
 
     include(GenerateExportHeader)
     generate_export_header(${target}
@@ -89,13 +97,19 @@ function(korvane_test_environment test)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_STYLE_OVERRIDE=Fusion;LC_ALL=C.UTF-8;TZ=UTC;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/${test}.config;XDG_RUNTIME_DIR=${PROJECT_BINARY_DIR}/runtime;RC_PARAMS=seed=20251 max_success=1000;LSAN_OPTIONS=suppressions='${PROJECT_SOURCE_DIR}/tests/lsan.supp':print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
 endfunction()
 
-# korvane_add_test(NAME [SOURCES ...] LIBS ...): NAME.cpp, one Qt Test executable, run by ctest.
+# korvane_add_test(NAME [ON_X11] [SOURCES ...] LIBS ...): NAME.cpp, one Qt Test executable, run by ctest; on an X server of
+# its own with a window manager if that is said, and then skipped where there is none.
 function(korvane_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "ON_X11" "" "SOURCES;LIBS")
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
     korvane_compile_options(${name})
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(${name} PRIVATE ${arg_LIBS} Qt5::Test)
-    add_test(NAME ${name} COMMAND ${name})
+    if(arg_ON_X11)
+        add_test(NAME ${name} COMMAND "${PROJECT_SOURCE_DIR}/tests/support/run-on-x11" "$<TARGET_FILE:${name}>")
+        set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77)
+    else()
+        add_test(NAME ${name} COMMAND ${name})
+    endif()
     korvane_test_environment(${name})
 endfunction()

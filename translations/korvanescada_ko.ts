@@ -43,6 +43,83 @@
     </message>
 </context>
 <context>
+    <name>DesignerWindow</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>파일(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Open page</source>
+        <translation>페이지 열기(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>저장(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>끝내기(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>보기(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Zoom to &amp;fit</source>
+        <translation>창에 맞추기(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Own size</source>
+        <translation>원래 크기(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>확대(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>축소(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Select the &amp;page</source>
+        <translation>페이지 선택(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Designer</source>
+        <translation>디자이너</translation>
+    </message>
+    <message>
+        <source>The page can&apos;t be opened: %1</source>
+        <translation>페이지를 열 수 없습니다: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n problem(s), the first: </source>
+        <translation>
+            <numerusform>문제 %n건, 첫 번째: </numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Scripts of %1</source>
+        <translation>%1의 스크립트</translation>
+    </message>
+    <message>
+        <source>%1 was changed by someone else since it was opened. Save over that?</source>
+        <translation>%1 파일을 연 뒤에 다른 곳에서 변경되었습니다. 덮어쓰시겠습니까?</translation>
+    </message>
+    <message>
+        <source>The page could not be saved: %1</source>
+        <translation>페이지를 저장하지 못했습니다: %1</translation>
+    </message>
+    <message>
+        <source>Saved.</source>
+        <translation>저장했습니다.</translation>
+    </message>
+    <message>
+        <source>Save the changes of %1?</source>
+        <translation>%1의 변경 내용을 저장하시겠습니까?</translation>
+    </message>
+</context>
+<context>
     <name>ExplanationDock</name>
     <message>
         <source>Why does this shape look like this</source>
@@ -55,6 +132,96 @@
     <message>
         <source>Copy all</source>
         <translation>모두 복사</translation>
+    </message>
+</context>
+<context>
+    <name>FieldListModel</name>
+    <message>
+        <source>(no field)</source>
+        <translation>(필드 없음)</translation>
+    </message>
+    <message>
+        <source>count</source>
+        <translation>횟수</translation>
+    </message>
+    <message>
+        <source>state</source>
+        <translation>상태</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>텍스트</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>시각</translation>
+    </message>
+    <message>
+        <source>in the point&apos;s unit</source>
+        <translation>포인트 단위</translation>
+    </message>
+    <message>
+        <source>in the point&apos;s unit times hours</source>
+        <translation>포인트 단위 × 시간</translation>
+    </message>
+    <message>
+        <source>in seconds</source>
+        <translation>초</translation>
+    </message>
+    <message>
+        <source>in percent</source>
+        <translation>퍼센트</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>숫자</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>필드</translation>
+    </message>
+    <message>
+        <source>Last hour</source>
+        <translation>지난 한 시간</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>내용</translation>
+    </message>
+</context>
+<context>
+    <name>FindDialog</name>
+    <message>
+        <source>Find</source>
+        <translation>찾기</translation>
+    </message>
+    <message>
+        <source>Find &amp;what:</source>
+        <translation>찾을 내용(&amp;W):</translation>
+    </message>
+    <message>
+        <source>&amp;Match case</source>
+        <translation>대/소문자 구분(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Return</translation>
+    </message>
+    <message>
+        <source>&amp;Next</source>
+        <translation>다음(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Shift+Return</source>
+        <translation>Shift+Return</translation>
+    </message>
+    <message>
+        <source>&amp;Previous</source>
+        <translation>이전(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>닫기(&amp;C)</translation>
     </message>
 </context>
 <context>
@@ -100,6 +267,47 @@
     <message>
         <source>Number</source>
         <translation>숫자</translation>
+    </message>
+</context>
+<context>
+    <name>ObjectDock</name>
+    <message>
+        <source>Objects</source>
+        <translation>개체</translation>
+    </message>
+    <message>
+        <source>Filter: name or class</source>
+        <translation>필터: 이름 또는 종류</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>개체</translation>
+    </message>
+    <message>
+        <source>Class</source>
+        <translation>종류</translation>
+    </message>
+    <message>
+        <source>(no name)</source>
+        <translation>(이름 없음)</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;</source>
+        <translation>&quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>페이지</translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation>레이어</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n event(s) with a script</source>
+        <translation>
+            <numerusform>스크립트가 있는 이벤트 %n개</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -434,6 +642,87 @@
     </message>
 </context>
 <context>
+    <name>PointBrowserDialog</name>
+    <message>
+        <source>Points</source>
+        <translation>포인트</translation>
+    </message>
+    <message>
+        <source>Filter: name, description or station</source>
+        <translation>필터: 이름, 설명 또는 스테이션</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>objects</comment>
+        <translation>%2개 중 %1개</translation>
+    </message>
+    <message>
+        <source>No point list is loaded, so there is nothing to choose from.</source>
+        <translation>불러온 포인트 목록이 없어 선택할 항목이 없습니다.</translation>
+    </message>
+    <message>
+        <source>The point list has no objects of the kinds that can be chosen here.</source>
+        <translation>포인트 목록에 여기서 선택할 수 있는 종류의 항목이 없습니다.</translation>
+    </message>
+    <message>
+        <source>No name, description or station contains &quot;%1&quot;.</source>
+        <translation>이름, 설명 또는 스테이션에 &quot;%1&quot;이(가) 들어 있는 항목이 없습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>PointTreeModel</name>
+    <message>
+        <source>(no station)</source>
+        <translation>(스테이션 없음)</translation>
+    </message>
+    <message>
+        <source>%1 in all</source>
+        <comment>objects of a station</comment>
+        <translation>모두 %1개</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>objects of a station</comment>
+        <translation>%2개 중 %1개</translation>
+    </message>
+    <message>
+        <source>Digital point</source>
+        <translation>디지털 포인트</translation>
+    </message>
+    <message>
+        <source>Analog point</source>
+        <translation>아날로그 포인트</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>장치</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>통신 회선</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>포인트</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>이름</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>설명</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>종류</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>번호</translation>
+    </message>
+</context>
+<context>
     <name>PositionAction</name>
     <message>
         <source>Position</source>
@@ -511,6 +800,14 @@
         <source>%1 values/s   %2 paints/s   lag %3   %4 points failed</source>
         <translation>값 %1개/초   그리기 %2회/초   지연 %3   이상 포인트 %4개</translation>
     </message>
+    <message>
+        <source>&amp;Run this project&apos;s scripts...</source>
+        <translation>이 프로젝트의 스크립트 실행(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>&amp;Output of the scripts</source>
+        <translation>스크립트 출력(&amp;O)</translation>
+    </message>
 </context>
 <context>
     <name>ScadaEventActionInterface</name>
@@ -571,6 +868,21 @@
     <message>
         <source>Scada Summary</source>
         <translation>SCADA 요약</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptDock</name>
+    <message>
+        <source>Output of the scripts</source>
+        <translation>스크립트 출력</translation>
+    </message>
+    <message>
+        <source>Scripts have printed nothing yet.</source>
+        <translation>아직 스크립트가 출력한 내용이 없습니다.</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>지우기</translation>
     </message>
 </context>
 <context>
@@ -646,6 +958,21 @@
     <message>
         <source>Trend</source>
         <translation>트렌드</translation>
+    </message>
+</context>
+<context>
+    <name>TrustBar</name>
+    <message>
+        <source>This project&apos;s scripts don&apos;t run. Scripts can do whatever you can; run them only if you trust where %1 comes from.</source>
+        <translation>이 프로젝트의 스크립트는 실행되지 않습니다. 스크립트는 사용자가 할 수 있는 모든 일을 할 수 있으므로 %1의 출처를 신뢰할 때만 실행하십시오.</translation>
+    </message>
+    <message>
+        <source>&amp;Run scripts</source>
+        <translation>스크립트 실행(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Don&apos;t run</source>
+        <translation>실행하지 않음(&amp;D)</translation>
     </message>
 </context>
 <context>

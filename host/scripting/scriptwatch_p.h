@@ -19,7 +19,7 @@ public:
 
     /// \param callback called with null; the interpreter raises what it sets when it returns -1
     explicit ScriptWatch(Callback callback) : m_callback(callback) {}
-    ~ScriptWatch();
+    ~ScriptWatch(); // NOLINT(bugprone-exception-escape)
     Q_DISABLE_COPY(ScriptWatch)
 
     /// A run begins now and has to end after \p limit.

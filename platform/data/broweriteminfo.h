@@ -11,9 +11,9 @@ namespace Korvane {
 struct BrowerItemInfo
 {
     ScadaObjectType type = ScadaObjectType::NoObject;
-    int number = 0;      ///< the object's id
-    QString tag;         ///< the tag text as the browser shows it, prefix included; with the field where one was chosen
-    QString name;        ///< the object's name alone
+    int number = 0; ///< the object's id
+    QString tag;    ///< the tag text as the browser shows it: prefix and name, never a field, which stands in property
+    QString name;   ///< the object's name alone
     QString description; ///< for the user's eyes
     QString property;    ///< name of the chosen field; empty for none
 

@@ -41,10 +41,8 @@ void FindDialog::setText(const QString& text)
 
 void FindDialog::showEvent(QShowEvent* event)
 {
-    if (!event->spontaneous()) {
-        m_ui->textEdit->setFocus();
-        m_ui->textEdit->selectAll();
-    }
+    if (!event->spontaneous())
+        m_ui->textEdit->setFocus(); // QDialog then comes to it as if by Tab, which selects
     QDialog::showEvent(event);
 }
 

@@ -92,7 +92,6 @@ PointBrowserDialog::Private::Private(PointBrowserDialog* dialog, Korvane::Browse
     m_ui.objectsView->setColumnWidth(PointTreeModel::Description, 300);
     m_ui.fieldsView->setColumnWidth(FieldListModel::Name, 150);
     m_ui.filterEdit->setEnabled(m_objects->objectCount() > 0);
-    m_ui.buttonBox->button(QDialogButtonBox::Ok)->setDefault(true);
     restoreLayout();
     m_ui.fieldsView->setColumnHidden(FieldListModel::PastValue, !dataService);
     connectWidgets();
@@ -281,8 +280,7 @@ void PointBrowserDialog::Private::take()
 void PointBrowserDialog::Private::comeUp()
 {
     m_ui.filterEdit->setFocus();
-    m_ui.filterEdit->selectAll();
-    // Only now has the view the size that says what is in sight.
+    // Only now has the view the size that says where its middle is.
     m_ui.objectsView->scrollTo(selectedIndex(), QAbstractItemView::PositionAtCenter);
 }
 

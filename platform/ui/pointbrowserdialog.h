@@ -11,7 +11,8 @@
 class DataServiceInterface;
 
 /// Lists the objects of the registered point directory in a tree by station and lets the user choose one, with a field
-/// where fields are shown. Filters while one types: Down goes from the filter to the tree, Return takes what is selected.
+/// where fields are shown. Filters while one types: Down goes from the filter to the tree, Return takes what is
+/// selected.
 ///
 /// The list is the directory's as of the dialog's making. Without a directory it is empty and says so. What the filter
 /// hides is not selected; it is again when it comes back, unless something else was selected meanwhile.
@@ -37,8 +38,8 @@ public:
     void setShowPropertyView(bool shown);
     bool isPropertyViewShown() const;
 
-    /// Selects an object, without a field, and brings it into view; does nothing when it is not listed. A type of Point stands for either
-    /// kind of point. The filter is cleared when it hides the object.
+    /// Selects an object, without a field, and brings it into view; does nothing when it is not listed. A type of Point
+    /// stands for either kind of point. The filter is cleared when it hides the object.
     void locateToPoint(Korvane::ScadaObjectType type, int number);
     /// Likewise, with a field by its name; an unknown one selects none.
     void locateToPoint(Korvane::ScadaObjectType type, int number, const QString& property);

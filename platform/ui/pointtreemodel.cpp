@@ -118,7 +118,7 @@ void PointTreeModel::filterStation(Station& station, const QStringMatcher& match
     int begin = 0;
     for (std::size_t i = 0; i < station.ends.size(); ++i) {
         const int end = station.ends[i];
-        if (matcher.indexIn(station.searched.constData() + begin, station.searched.size() - begin) >= 0)
+        if (matcher.indexIn(station.searched.constData() + begin, end - begin) >= 0)
             station.shown.push_back(static_cast<int>(i));
         begin = end;
     }

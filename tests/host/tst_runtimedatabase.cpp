@@ -6,6 +6,8 @@
 
 using Korvane::ScadaObjectType;
 
+Q_DECLARE_METATYPE(RuntimeDatabase::Object)
+
 class tst_RuntimeDatabase : public QObject
 {
     Q_OBJECT
@@ -68,6 +70,72 @@ private Q_SLOTS:
         QVERIFY(!database.fieldValue({ScadaObjectType::RtuObject, 1}, DataField::Description).isValid());
         QVERIFY(!database.fieldValue({ScadaObjectType::RtuObject, 200001}, DataField::PointName).isValid());
         QVERIFY(!database.fieldValue({ScadaObjectType::NoObject, 1}, DataField::PointName).isValid());
+    }
+
+    void stationsAreInTheOrderOfTheirFirstObject_data()
+    {
+        using Objects = QVector<RuntimeDatabase::Object>;
+        const auto object = [](ScadaObjectType type, qint32 id, const char* name, const char* station) {
+            RuntimeDatabase::Object made{type, id, QString::fromLatin1(name)};
+            made.station = QString::fromLatin1(station);
+            return made;
+        };
+        const auto analog = [object](qint32 id, const char* name, const char* station) {
+            return object(ScadaObjectType::AnalogPoint, id, name, station);
+        };
+        QTest::addColumn<Objects>("objects");
+        QTest::addColumn<QString>("expected"); // "station: kind/id name, ..." by station
+        QTest::newRow("no objects, no stations") << Objects() << QString();
+        QTest::newRow("stations and their points as added, not by name or id")
+            << Objects{analog(200009, "B", "West"), analog(200001, "C", "East"), analog(200005, "A", "West")}
+            << "West: 1/200009 B, 1/200005 A; East: 1/200001 C";
+        QTest::newRow("objects of no station stand together where the first of them does")
+            << Objects{analog(200001, "A", ""), analog(200002, "B", "East"), analog(200003, "C", "")}
+            << ": 1/200001 A, 1/200003 C; East: 1/200002 B";
+        QTest::newRow("digital and analog points keep their order among each other")
+            << Objects{analog(200001, "A", "East"), object(ScadaObjectType::DigitalPoint, 100001, "B", "East"),
+                       analog(200002, "C", "East")}
+            << "East: 1/200001 A, 0/100001 B, 1/200002 C";
+        QTest::newRow("points first, then units, then lines, however they were added")
+            << Objects{object(ScadaObjectType::ChannelObject, 1, "COM", "East"),
+                       object(ScadaObjectType::RtuObject, 1, "RTU", "East"), analog(200001, "A", "East")}
+            << "East: 1/200001 A, 2/1 RTU, 3/1 COM";
+        QTest::newRow("a station of a unit alone, and units and lines of none")
+            << Objects{analog(200001, "A", "East"), object(ScadaObjectType::RtuObject, 1, "RTU1", "North"),
+                       object(ScadaObjectType::RtuObject, 2, "RTU2", ""),
+                       object(ScadaObjectType::ChannelObject, 2, "COM2", "")}
+            << "East: 1/200001 A; North: 2/1 RTU1; : 2/2 RTU2, 3/2 COM2";
+        QTest::newRow("stations differ in case") << Objects{analog(200001, "A", "East"), analog(200002, "B", "EAST")}
+                                                 << "East: 1/200001 A; EAST: 1/200002 B";
+    }
+    void stationsAreInTheOrderOfTheirFirstObject()
+    {
+        QFETCH(QVector<RuntimeDatabase::Object>, objects);
+        QFETCH(QString, expected);
+        RuntimeDatabase database;
+        for (const RuntimeDatabase::Object& object : qAsConst(objects))
+            QVERIFY(database.add(object));
+
+        QStringList stations;
+        for (const PointDirectory::Station& station : database.stations()) {
+            QStringList entries;
+            for (const PointDirectory::Entry& entry : station.objects)
+                entries.append(QStringLiteral("%1/%2 %3").arg(int(entry.key.type)).arg(entry.key.id).arg(entry.name));
+            stations.append(station.name + QLatin1String(": ") + entries.join(QLatin1String(", ")));
+        }
+        QCOMPARE(stations.join(QLatin1String("; ")), expected);
+    }
+
+    void stationsCarryTheDescriptions()
+    {
+        RuntimeDatabase database;
+        RuntimeDatabase::Object unit{ScadaObjectType::RtuObject, 7, QStringLiteral("RTU")};
+        unit.description = QStringLiteral("Terminal unit of the intake");
+        QVERIFY(database.add(unit));
+        const std::vector<PointDirectory::Station> stations = database.stations();
+        QCOMPARE(stations.size(), std::size_t(1));
+        QCOMPARE(stations.front().name, QString());
+        QCOMPARE(stations.front().objects.front().description, QStringLiteral("Terminal unit of the intake"));
     }
 
     void namesStayFoundWhileItGrows()
