@@ -104,7 +104,7 @@ void InPlaceEditing::editText(InputField& field)
     auto* editor = new QLineEdit(field.shownText(), m_view.viewport());
     editor->setFrame(false);
     setColors(*editor, field);
-    connect(editor, &QLineEdit::textEdited, this, [&field](const QString& text) { field.type(text); });
+    connect(editor, &QLineEdit::textEdited, this, [&field](const QString& text) { field.write(text); });
     field.beginEditing();
     m_shape = &field;
     watch(editor, editor);

@@ -98,7 +98,7 @@ void InputField::setText(const QString& text)
     changed();
 }
 
-void InputField::type(const QString& text)
+void InputField::write(const QString& text)
 {
     m_isTyped = true;
     setText(text);
@@ -108,7 +108,7 @@ void InputField::type(const QString& text)
 void InputField::takeBack()
 {
     if (m_isTyped && m_text != m_textBefore)
-        type(m_textBefore);
+        write(m_textBefore);
 }
 
 void InputField::enter(const QString& text)

@@ -28,7 +28,7 @@ public:
     /// The operator begins to write; until endEditing() an editor lies over textArea().
     void beginEditing();
     /// What is written is \p text now.
-    void type(const QString& text);
+    void write(const QString& text);
     /// Nothing more is written.
     void endEditing();
     /// The operator takes back what he wrote since beginEditing(), which is a change again.
