@@ -64,6 +64,8 @@ QString textOf(const Shape& shape)
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(Fields&)>)
+
 class tst_InPlaceEditing : public QObject
 {
     Q_OBJECT
@@ -614,8 +616,6 @@ private Q_SLOTS:
         QCOMPARE(page.takeTold(), QStringList(QStringLiteral("first.onReturnPressed()")));
     }
 };
-
-Q_DECLARE_METATYPE(std::function<void(Fields&)>)
 
 QTEST_MAIN(tst_InPlaceEditing)
 #include "tst_inplaceediting.moc"

@@ -57,6 +57,8 @@ struct TablePage : OperatedPage
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(Table&, int)>)
+
 class tst_Table : public QObject
 {
     Q_OBJECT
@@ -514,8 +516,6 @@ private Q_SLOTS:
         QCOMPARE(table.columnCount(), 1);
     }
 };
-
-Q_DECLARE_METATYPE(std::function<void(Table&, int)>)
 
 QTEST_MAIN(tst_Table)
 #include "tst_table.moc"
