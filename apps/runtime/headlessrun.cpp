@@ -5,6 +5,7 @@
 #include "host/canvas/pagerenderer.h"
 #include "host/inspection/pointreport.h"
 #include "host/runtime/livesystem.h"
+#include "host/shapes/shapeinput.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -39,6 +40,11 @@ void HeadlessRun::printPoints(LiveSystem& system)
 
 bool HeadlessRun::writePicture(Page& page, const QString& fileName) const
 {
+    // What a view has done before it draws.
+    for (Shape* shape : page.canvas->shapes()) {
+        if (ShapeInput* input = shape->input())
+            input->prepare();
+    }
     PageRenderer renderer(*page.canvas);
     renderer.setView((page.canvas->size() * m_options.zoom).toSize(), m_options.zoom, {});
     renderer.render();

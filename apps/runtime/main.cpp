@@ -38,10 +38,13 @@ void printScripts(ScriptEngine& scripts)
     });
 }
 
-int runWindow(LiveSystem& system, const RuntimeOptions& options, Page& page)
+int runWindow(LiveSystem& system, const RuntimeOptions& options, const QString& pageName)
 {
-    RuntimeWindow window(system, options);
-    window.showPage(page);
+    RuntimeWindow window(system, options); // it hears what the page's scripts ask for when it is opened
+    const auto page = system.openPage(pageName);
+    if (!page)
+        return failed; // told already
+    window.showPage(**page);
     window.show();
     system.start();
     return QApplication::exec();
@@ -81,17 +84,19 @@ int main(int argc, char** argv)
         complain(problem);
     QObject::connect(&live, &LiveSystem::problemFound, &complain);
 
-    const auto page = live.openPage(options->page.isEmpty() ? live.project().startPage : options->page);
+    const QString pageName = options->page.isEmpty() ? live.project().startPage : options->page;
+    if (!isHeadless && !options->isBenchmark)
+        return runWindow(live, *options, pageName);
+    printScripts(live.scripts());
+    const auto page = live.openPage(pageName);
     if (!page)
         return failed; // told already
     if (options->isBenchmark)
         return HeadlessRun(live, *options).runBenchmark(**page);
-    if (!isHeadless)
-        return runWindow(live, *options, **page);
     QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
-    if (live.hasUntrustedScripts())
+    if (live.hasUntrustedScripts()) {
         complain(
             QStringLiteral("the page's scripts don't run: %1 is not trusted (--trust)").arg(live.project().folder));
-    printScripts(live.scripts());
+    }
     return HeadlessRun(live, *options).run(**page);
 }

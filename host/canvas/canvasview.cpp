@@ -76,7 +76,7 @@ void CanvasView::zoomToFit()
 {
     m_isFitted = true;
     place();
-    Q_EMIT zoomChanged();
+    tellZoom();
 }
 
 void CanvasView::setZoom(double zoom)
@@ -84,7 +84,7 @@ void CanvasView::setZoom(double zoom)
     m_isFitted = false;
     m_zoom = zoom > smallestZoom ? std::min(zoom, largestZoom) : smallestZoom; // NaN is the smallest too
     place();
-    Q_EMIT zoomChanged();
+    tellZoom();
 }
 
 void CanvasView::setSelected(::Shape* shape)
@@ -121,6 +121,14 @@ QSize CanvasView::deviceSize() const
 {
     const double ratio = viewport()->devicePixelRatioF();
     return {qCeil(viewport()->width() * ratio), qCeil(viewport()->height() * ratio)};
+}
+
+void CanvasView::tellZoom()
+{
+    if (zoom() == m_toldZoom)
+        return;
+    m_toldZoom = zoom();
+    Q_EMIT zoomChanged();
 }
 
 void CanvasView::schedule()
@@ -257,8 +265,7 @@ QPointF CanvasView::toPage(QPoint viewportPosition) const
 void CanvasView::resizeEvent(QResizeEvent*)
 {
     place();
-    if (m_isFitted)
-        Q_EMIT zoomChanged();
+    tellZoom();
 }
 
 void CanvasView::scrollContentsBy(int, int)

@@ -68,6 +68,7 @@ Q_SIGNALS:
     void painted();
     /// The left button was pressed and released over the page; null for its background.
     void clicked(::Shape* shape);
+    /// zoom() is another than before.
     void zoomChanged();
 
 protected:
@@ -95,6 +96,7 @@ private:
     void drawFrames(QPainter& painter);
     void press(const QMouseEvent& event, bool isSecond);
     double fittingZoom() const;
+    void tellZoom();
     QSize deviceSize() const;
 
     Canvas& m_canvas;
@@ -105,6 +107,7 @@ private:
     QPoint m_pressedAt;
     QPoint m_draggedFrom;
     double m_zoom = 1; ///< while not fitted
+    double m_toldZoom = 0;
     quint64 m_paints = 0;
     bool m_isFitted = true;
     bool m_isScheduled = false;

@@ -86,7 +86,7 @@ tl::expected<Project, QString> Project::read(const QString& folder)
     if (members.number("version", 0, 0, 1000000) > version)
         return refused(QStringLiteral("is of a newer version than this program knows (%1)").arg(version));
     Project project;
-    project.folder = QDir(folder).absolutePath();
+    project.folder = QFileInfo(folder).canonicalFilePath(); // what is asked for trust is what is read
     project.name = members.text("name");
     project.startPage = members.text("startPage");
     project.source = members.text("source");

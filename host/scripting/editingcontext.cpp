@@ -1,5 +1,6 @@
 #include "host/scripting/editingcontext_p.h"
 
+#include "host/canvas/canvas.h"
 #include "host/scripting/pythonruntime_p.h"
 #include "host/scripting/pythonvalues_p.h"
 #include "host/scripting/scriptcatalogue_p.h"
@@ -10,7 +11,7 @@
 #include "platform/data/datalinkinfo.h"
 #include "platform/data/pointdirectory.h"
 
-#include <algorithm>
+#include <set>
 
 namespace {
 
@@ -89,15 +90,15 @@ void addWords(ScriptVocabulary& vocabulary)
         vocabulary.words.push_back({PythonValues::text(word.ptr()), {}});
 }
 
-QStringList propertiesOn(const KVCanvasInterface& canvas)
+// Of every class that the page's shapes are of.
+QStringList propertiesOn(const Canvas& canvas)
 {
+    std::set<const ShapeClass*> classes;
+    for (const Shape* shape : canvas.shapes())
+        classes.insert(&shape->shapeClass());
     QStringList names;
-    const QStringList shapes = canvas.shapeNames();
-    for (const QString& name : shapes) {
-        const auto* shape = dynamic_cast<const Shape*>(canvas.shapeNamed(name));
-        if (!shape)
-            continue;
-        for (const ShapeProperty& property : shape->shapeClass().properties)
+    for (const ShapeClass* each : classes) {
+        for (const ShapeProperty& property : each->properties)
             names.append(property.name);
     }
     names.sort();
@@ -129,7 +130,8 @@ ScriptVocabulary EditingContext::vocabulary(const KVCanvasInterface* canvas, con
     vocabulary.texts.insert(pageKind, pages);
     if (canvas) {
         vocabulary.texts.insert(shapeKind, canvas->shapeNames());
-        vocabulary.texts.insert(propertyKind, propertiesOn(*canvas));
+        if (const auto* page = dynamic_cast<const Canvas*>(canvas))
+            vocabulary.texts.insert(propertyKind, propertiesOn(*page));
     }
     return vocabulary;
 }

@@ -3,13 +3,17 @@
 #include "host/scripting/pythonvalues_p.h"
 #include "host/scripting/scriptmodule_p.h"
 
-#include <cstdlib>
+#include <QFileInfo>
+
+#include <stdexcept>
 #include <string>
 
 namespace {
 
 /// What is easier said in Python. Runs once, in a namespace that no script sees.
 constexpr const char* preludeText = R"PY(
+import dis
+import inspect
 import linecache
 import os
 import sys
@@ -18,7 +22,7 @@ import traceback
 
 # A sleep that is woken up by the limit of time: Python's own comes back only when it is over.
 _sleep = time.sleep
-def _sleep_in_slices(seconds):
+def sleep(seconds):
     end = time.monotonic() + seconds
     left = seconds
     while left > 0:
@@ -26,12 +30,32 @@ def _sleep_in_slices(seconds):
         left = end - time.monotonic()
     if seconds < 0:
         raise ValueError('sleep length must be non-negative')
-_sleep_in_slices.__name__ = 'sleep'
-time.sleep = _sleep_in_slices
+time.sleep = sleep
 
 def _refuse(*arguments):
-    raise RuntimeError('a script can\'t end the program')
-os._exit = os.abort = os.kill = os.fork = os.execv = os.execve = _refuse
+    raise RuntimeError('a script can\'t end the program, nor split it')
+os._exit = os.abort = os.fork = os.execv = os.execve = _refuse
+
+_kill = os.kill
+def kill(pid, signal):
+    if pid <= 0 or pid == os.getpid():
+        _refuse()
+    _kill(pid, signal)
+os.kill = kill
+
+# The limit of time needs Python's own pace, and the program its stack.
+def setswitchinterval(interval):
+    raise RuntimeError('a script can\'t change how Python switches threads')
+sys.setswitchinterval = setswitchinterval
+
+_set_recursion_limit = sys.setrecursionlimit
+def setrecursionlimit(limit):
+    _set_recursion_limit(min(limit, 5000))
+sys.setrecursionlimit = setrecursionlimit
+
+# A connection that does not answer would hold the program for ever.
+import socket
+socket.setdefaulttimeout(1)
 sys.stdin = None
 
 def is_script(filename):
@@ -41,6 +65,9 @@ def remember(title, text):
     linecache.cache[title] = (len(text), None, text.splitlines(True), title)
 
 def describe(error, title):
+    most = 4000
+    def number(line):
+        return line if isinstance(line, int) and 0 < line < 1000000000 else 0
     frames = traceback.extract_tb(error.__traceback__)
     line = own = 0
     for frame in frames:
@@ -48,28 +75,38 @@ def describe(error, title):
             line = frame.lineno
         if frame.filename == title:
             own = frame.lineno
-    if isinstance(error, SyntaxError) and is_script(error.filename or ''):
-        line = error.lineno or 0
+    if isinstance(error, SyntaxError) and isinstance(error.filename, str) and is_script(error.filename):
+        line = number(error.lineno)
         own = line if error.filename == title else own
-        return line, own, '%s: %s' % (type(error).__name__, error.msg), ''
+        return line, own, ('%s: %s' % (type(error).__name__, error.msg))[:most], ''
     if isinstance(error, SystemExit):
         message = 'the script wanted to exit, which ends scripts only'
     else:
-        message = ''.join(traceback.format_exception_only(type(error), error)).strip()
-    return line, own, message, ''.join(traceback.format_list(frames)) if len(frames) > 1 else ''
+        message = ''.join(traceback.format_exception_only(type(error), error))[:most].strip()
+    return line, own, message, ''.join(traceback.format_list(frames))[:most] if len(frames) > 1 else ''
 
 def check_handler(function, count):
     if not callable(function):
         return 'is no function'
-    code = getattr(function, '__code__', None)
-    if code is None:
+    try:
+        signature = inspect.signature(function)
+    except (TypeError, ValueError):
+        return '' # some of Python's own don't say
+    try:
+        signature.bind(*[None] * count)
         return ''
-    least = code.co_argcount - len(function.__defaults__ or ())
-    most = code.co_argcount
-    required = set(code.co_varnames[most:most + code.co_kwonlyargcount]) - set(function.__kwdefaults__ or ())
-    if least <= count and (count <= most or code.co_flags & 0x04) and not required:
-        return ''
-    return 'is defined with (%s)' % ','.join(code.co_varnames[:most + code.co_kwonlyargcount])
+    except TypeError:
+        return 'is defined with %s' % signature
+
+# Names that the script itself gives a value to, be it by def, by assignment or by import.
+def stored_names(code):
+    return {step.argval for step in dis.get_instructions(code) if step.opname in ('STORE_NAME', 'STORE_GLOBAL')}
+
+# A stopped import leaves half a module behind, which the next import would take for the whole.
+def drop_half_imports():
+    for name, module in list(sys.modules.items()):
+        if getattr(getattr(module, '__spec__', None), '_initializing', False):
+            del sys.modules[name]
 
 def _entries(owner):
     for name, member in vars(owner).items():
@@ -106,18 +143,33 @@ PyObject* interned(const char* name)
     return PyUnicode_InternFromString(name);
 }
 
-/// Without what the user's environment says: a project's scripts run alike on every machine.
+[[noreturn]] void refuse(const PyStatus& status)
+{
+    throw std::runtime_error(std::string("Python can't be started: ") + (status.err_msg ? status.err_msg : "no reason"));
+}
+
+/// Without what the user's environment says, and with UTF-8 everywhere: a project's scripts run alike on every machine.
 void startInterpreter()
 {
+    PyPreConfig before;
+    PyPreConfig_InitIsolatedConfig(&before);
+    before.utf8_mode = 1;
+    if (const PyStatus status = Py_PreInitialize(&before); PyStatus_Exception(status) != 0)
+        refuse(status);
     PyConfig config;
     PyConfig_InitIsolatedConfig(&config);
     config.install_signal_handlers = 0;
     config.parse_argv = 0;
     config.write_bytecode = 0;
-    const PyStatus status = Py_InitializeFromConfig(&config);
+    // The interpreter that this program was built for, where it is; not one that stands first on some PATH.
+    PyStatus status = PyStatus_Ok();
+    if (QFileInfo::exists(QStringLiteral(KORVANE_PYTHON)))
+        status = PyConfig_SetBytesString(&config, &config.executable, KORVANE_PYTHON);
+    if (PyStatus_Exception(status) == 0)
+        status = Py_InitializeFromConfig(&config);
     PyConfig_Clear(&config);
     if (PyStatus_Exception(status) != 0)
-        qFatal("Python can't be started: %s", status.err_msg);
+        refuse(status);
 }
 
 } // namespace
@@ -140,6 +192,46 @@ PythonRuntime::PythonRuntime() : m_prelude((startInterpreter(), py::dict()))
     m_shape = interned("shape");
     m_trigger = interned("trigger");
     m_event = interned("event");
+    m_canvas = interned("canvas");
+    m_modules[0] = {interned("__builtins__"), py::module_::import("builtins").release().ptr()};
+    m_modules[1] = {interned("korvane"), m_module.ptr()};
+    for (std::size_t place = 2; place < m_modules.size(); ++place) {
+        const char* part = ScriptModule::parts[place - 2];
+        m_modules[place] = {interned(part), py::object(m_module.attr(part)).release().ptr()};
+    }
+    m_output = m_module.attr("_output");
+    m_errors = m_module.attr("_errors");
+}
+
+void PythonRuntime::renewNames(PyObject* globals, PyObject* canvas) const
+{
+    PyDict_SetItem(globals, m_canvas, canvas);
+    for (const auto& [name, module] : m_modules)
+        PyDict_SetItem(globals, name, module);
+}
+
+void PythonRuntime::renewOutput() const
+{
+    PySys_SetObject("stdout", m_output.ptr());
+    PySys_SetObject("stderr", m_errors.ptr());
+}
+
+void PythonRuntime::dropHalfImports() const
+{
+    m_prelude["drop_half_imports"]();
+}
+
+PythonRuntime::Code PythonRuntime::compile(const QString& script, const QString& title) const
+{
+    const py::object text = PythonValues::toPython(script);
+    const py::object name = PythonValues::toPython(title);
+    m_prelude["remember"](name, text);
+    Code made;
+    made.code = py::module_::import("builtins").attr("compile")(text, name, "exec");
+    const py::set stored = m_prelude["stored_names"](made.code);
+    for (int place = 0; place < scriptHandlerCount; ++place)
+        made.storesHandler[std::size_t(place)] = stored.contains(py::handle(m_names[place]));
+    return made;
 }
 
 py::dict PythonRuntime::freshGlobals() const
@@ -147,21 +239,7 @@ py::dict PythonRuntime::freshGlobals() const
     py::dict globals;
     globals["__builtins__"] = py::module_::import("builtins");
     globals["__name__"] = "__korvane__";
-    globals["korvane"] = m_module;
-    for (const char* part : ScriptModule::parts)
-        globals[part] = m_module.attr(part);
-    for (const char* absent : {"canvas", "shape", "event"})
-        globals[absent] = py::none();
-    globals["trigger"] = 0;
     return globals;
-}
-
-py::object PythonRuntime::compile(const QString& script, const QString& title) const
-{
-    const py::object text = PythonValues::toPython(script);
-    const py::object name = PythonValues::toPython(title);
-    m_prelude["remember"](name, text);
-    return py::module_::import("builtins").attr("compile")(text, name, "exec");
 }
 
 PythonRuntime::Failure PythonRuntime::describe(const py::error_already_set& error, const QString& title) const
@@ -198,7 +276,9 @@ int PythonRuntime::currentLine()
     while (frame && !frame.is_none()) {
         auto* const raw = reinterpret_cast<PyFrameObject*>(frame.ptr());
         const auto code = py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(PyFrame_GetCode(raw)));
-        if (code.attr("co_filename").cast<std::string>().rfind("<script", 0) == 0)
+        const auto name =
+            py::reinterpret_steal<py::object>(PyObject_GetAttrString(code.ptr(), "co_filename"));
+        if (name && PyUnicode_Check(name.ptr()) && PythonValues::text(name.ptr()).startsWith(QLatin1String("<script")))
             return PyFrame_GetLineNumber(raw);
         frame = py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(PyFrame_GetBack(raw)));
     }

@@ -5,7 +5,10 @@
 
 #include <QString>
 
-/// The one interpreter of the process: started by the first use, held by the GUI thread, never ended, since Python's
+#include <array>
+#include <utility>
+
+/// The one interpreter of the process: started by the first use (std::runtime_error when it can't be), held by the GUI thread, never ended, since Python's
 /// own modules do not survive being started twice.
 class PythonRuntime
 {
@@ -14,8 +17,20 @@ public:
 
     /// A namespace as every page's begins.
     py::dict freshGlobals() const;
+    /// A compiled script, and which handlers' names it gives a value to.
+    struct Code
+    {
+        py::object code;
+        std::array<bool, scriptHandlerCount> storesHandler{};
+    };
     /// \throws py::error_already_set for a script that can't be compiled
-    py::object compile(const QString& script, const QString& title) const;
+    Code compile(const QString& script, const QString& title) const;
+    /// Puts the names back that every script finds, whatever one did to them.
+    void renewNames(PyObject* globals, PyObject* canvas) const;
+    /// Has what is printed come here, whatever a script did to that.
+    void renewOutput() const;
+    /// After a script was stopped: modules that it was importing.
+    void dropHalfImports() const;
 
     /// What went wrong and where, of an exception that a script raised.
     struct Failure
@@ -52,4 +67,8 @@ private:
     PyObject* m_shape = nullptr;
     PyObject* m_trigger = nullptr;
     PyObject* m_event = nullptr;
+    PyObject* m_canvas = nullptr;
+    std::array<std::pair<PyObject*, PyObject*>, 6> m_modules{}; ///< what every script finds, by their names
+    py::object m_output;
+    py::object m_errors;
 };

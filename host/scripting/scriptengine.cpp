@@ -133,6 +133,5 @@ void ScriptEngine::forgetCanvas(const KVCanvasInterface* canvas)
 
 void ScriptEngine::forgetShape(const KVCanvasInterface* canvas, TesselInterface* shape)
 {
-    if (ScriptNamespace* space = m_session->space(canvas))
-        space->forgetShape(shape);
+    m_session->forgetShape(canvas, shape);
 }

@@ -42,13 +42,18 @@ void defineOutput(py::module_& module)
                  writeOutput(output, written);
                  return py::len(written);
              })
+        .def("writelines",
+             [](const Output& output, const py::iterable& lines) {
+                 for (const py::handle line : lines)
+                     writeOutput(output, py::str(line));
+             })
+        .def_property_readonly("closed", [](const Output&) { return false; })
         .def("flush", [](const Output&) {})
         .def("isatty", [](const Output&) { return false; })
         .def_property_readonly("encoding", [](const Output&) { return "utf-8"; })
         .def_property_readonly("errors", [](const Output&) { return "surrogatepass"; });
-    auto system = py::module_::import("sys");
-    system.attr("stdout") = Output{false};
-    system.attr("stderr") = Output{true};
+    module.attr("_output") = Output{false};
+    module.attr("_errors") = Output{true};
 }
 
 AppPropertyManager& properties()
@@ -63,6 +68,7 @@ void defineProperties(py::module_& module)
 {
     module.def(
         "property", [](const py::str& name) { return toPython(properties().getProperty(text(name.ptr()))); },
+        py::arg("name"),
         "property(name)\n\nThe property of the application of that name, as tags reach it behind \"@::\"; None when "
         "there is "
         "none.");
@@ -74,6 +80,7 @@ void defineProperties(py::module_& module)
                 raise(PyExc_RuntimeError, QStringLiteral("this system's application properties can't be set"));
             manager->setValue(text(name.ptr()), PythonValues::fromPython(value));
         },
+        py::arg("name"), py::arg("value"),
         "set_property(name, value)\n\nSets a property of the application; shapes bound to \"@::name\" show it at once. "
         "None "
         "takes the property away.");
@@ -182,9 +189,10 @@ void ScriptModule::definePages(py::module_ pages)
             KVCanvasManagerInterface* manager = session().hub().core()->canvasManager();
             return manager && manager->findCanvas(text(name.ptr())) != nullptr;
         },
+        py::arg("name"),
         "is_open(name)\n\nWhether the page of that name is open.");
     pages.def(
-        "open", &openPage,
+        "open", &openPage, py::arg("name"),
         "open(name)\n\nOpens a page, or brings it to the front, once the script has ended. Raises LookupError for a "
         "page that the project does not have.");
     pages.def("close", &closePage, py::arg("name") = py::none(),
@@ -224,7 +232,10 @@ void ScriptModule::defineLog(py::module_ log)
         log.def(
             level.name,
             [severity = level.severity](const py::object& written) {
-                Q_EMIT session().engine().logged(severity, text(py::str(written).ptr()));
+                constexpr int longestLine = 10000;
+                const QString line = text(py::str(written).ptr());
+                session().count(line.size());
+                Q_EMIT session().engine().logged(severity, line.left(longestLine));
             },
             py::arg("text"), level.doc);
     }

@@ -1,6 +1,5 @@
 #include "host/scripting/scriptnamespace_p.h"
 
-#include "host/scripting/pythonruntime_p.h"
 #include "host/scripting/pythonvalues_p.h"
 
 ScriptNamespace::ScriptNamespace(KVCanvasInterface* canvas)
@@ -10,7 +9,6 @@ ScriptNamespace::ScriptNamespace(KVCanvasInterface* canvas)
         return;
     m_canvasHandle = std::make_shared<CanvasHandle>(CanvasHandle{canvas, this});
     m_canvasObject = py::cast(m_canvasHandle);
-    m_globals["canvas"] = m_canvasObject;
 }
 
 ScriptNamespace::~ScriptNamespace()
@@ -51,13 +49,17 @@ void ScriptNamespace::forgetShape(TesselInterface* shape)
     m_handlers.erase(shape);
 }
 
-py::object ScriptNamespace::code(const QString& script, const QString& title)
+ScriptNamespace::EventScript& ScriptNamespace::eventScript(TesselInterface* shape, int trigger, const QString& script,
+                                                           const QString& title)
 {
-    const auto key = qMakePair(title, script);
-    const auto known = m_codes.constFind(key);
-    if (known != m_codes.constEnd())
-        return *known;
-    return *m_codes.insert(key, PythonRuntime::instance().compile(script, title));
+    EventScript& known = m_scripts[{shape, trigger, script}];
+    if (known.title.isEmpty()) {
+        known.title = QStringLiteral("<%1>").arg(title);
+        for (int number = 2; m_titles.contains(known.title); ++number)
+            known.title = QStringLiteral("<%1, no. %2>").arg(title).arg(number);
+        m_titles.insert(known.title);
+    }
+    return known;
 }
 
 ScriptNamespace::Functions ScriptNamespace::functions() const
@@ -70,12 +72,13 @@ ScriptNamespace::Functions ScriptNamespace::functions() const
     return found;
 }
 
-QStringList ScriptNamespace::adoptHandlers(TesselInterface* owner, const Functions& before)
+QStringList ScriptNamespace::adoptHandlers(TesselInterface* owner, const Functions& before,
+                                          const PythonRuntime::Code& code)
 {
     QStringList refused;
     const Functions now = functions();
     for (std::size_t place = 0; place < now.size(); ++place) {
-        if (now[place].is(before[place]))
+        if (now[place].is(before[place]) && !code.storesHandler[place])
             continue;
         const ScriptHandlerInfo& info = scriptHandlerInfo(static_cast<ScriptHandler>(place));
         QString problem;

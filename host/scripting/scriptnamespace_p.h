@@ -1,15 +1,15 @@
 #pragma once
 
-#include "host/scripting/scripthandler.h"
+#include "host/scripting/pythonruntime_p.h"
 #include "host/scripting/scriptobjects_p.h"
 
-#include <QHash>
-#include <QPair>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
 #include <array>
+#include <map>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -33,16 +33,23 @@ public:
     py::object shapeObject(TesselInterface* shape);
     void forgetShape(TesselInterface* shape);
 
-    /// The code of an event's script, compiled once.
-    /// \param title stands in tracebacks for the file
-    /// \throws py::error_already_set for a script that can't be compiled
-    py::object code(const QString& script, const QString& title);
+    /// A script of an event as this namespace knows it.
+    struct EventScript
+    {
+        QString title; ///< stands in tracebacks for the file; no other script's
+        PythonRuntime::Code code;
+        bool isBlocked = false; ///< it was stopped, and is not run again while the page is open
+    };
+    /// The script that \p shape, or the page for null, runs on \p trigger; not compiled yet when it is new.
+    /// \param title as it is to be called, if no other script is
+    EventScript& eventScript(TesselInterface* shape, int trigger, const QString& script, const QString& title);
 
     /// What stands in the namespace under the handlers' names now.
     Functions functions() const;
-    /// Takes what stands there in place of \p before as handlers of \p owner, and no longer what is gone.
+    /// Takes as handlers of \p owner what stands there in place of \p before, and what a script of \p code gave a value
+    /// to; no longer what is gone.
     /// \returns what can't be a handler, and why.
-    QStringList adoptHandlers(TesselInterface* owner, const Functions& before);
+    QStringList adoptHandlers(TesselInterface* owner, const Functions& before, const PythonRuntime::Code& code);
     /// The handler that is called for an event of \p shape, or of the page for null; null without one.
     PyObject* handler(TesselInterface* shape, ScriptHandler handler) const;
     /// Ends a function as a handler of whoever has it.
@@ -50,16 +57,12 @@ public:
     /// Who has a handler of its own; null stands for the page.
     std::vector<TesselInterface*> owners(ScriptHandler handler) const;
 
-    /// A script of \p title is not run again while the page is open.
-    void block(const QString& title) { m_blocked.insert(title); }
-    bool isBlocked(const QString& title) const { return m_blocked.contains(title); }
-
 private:
     py::dict m_globals;
     py::object m_canvasObject;
     std::shared_ptr<CanvasHandle> m_canvasHandle;
     std::unordered_map<TesselInterface*, std::pair<std::shared_ptr<ShapeHandle>, py::object>> m_shapes;
     std::unordered_map<TesselInterface*, Functions> m_handlers; ///< the page's own under null
-    QHash<QPair<QString, QString>, py::object> m_codes;         ///< by title and script
-    QSet<QString> m_blocked;
+    std::map<std::tuple<TesselInterface*, int, QString>, EventScript> m_scripts;
+    QSet<QString> m_titles;
 };

@@ -5,8 +5,6 @@
 
 #include <QStringList>
 
-#include <algorithm>
-
 namespace {
 
 using ScriptCatalogue::Entry;

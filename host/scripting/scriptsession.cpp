@@ -31,36 +31,24 @@ QString triggerText(Korvane::TriggerType trigger)
 
 ScriptSession* ScriptSession::s_running = nullptr;
 
-/// A script on its way, in its page's namespace. Its time is counted from the outermost one on.
-class ScriptSession::Run
+/// What runs inside counts as a script: it has the interpreter's ear, and its time is counted from the outermost one on.
+class ScriptSession::Watched
 {
 public:
-    Run(ScriptSession& session, const Context& context, ScriptNamespace& space)
-        : m_session(session),
-          m_globals(space.globals().ptr()),
-          m_runningBefore(std::exchange(s_running, &session)),
-          m_canvasBefore(std::exchange(session.m_canvas, context.canvas))
+    explicit Watched(ScriptSession& session) : m_session(session)
     {
-        if (session.m_depth++ == 0)
+        if (session.m_depth == 0)
             begin();
-        else
-            keepFrame();
-        setFrame(context, space);
+        m_runningBefore = std::exchange(s_running, &session);
+        ++session.m_depth;
     }
-    ~Run()
+    ~Watched()
     {
-        const PythonRuntime& python = PythonRuntime::instance();
-        if (m_shape) {
-            PyDict_SetItem(m_globals.ptr(), python.shapeName(), m_shape.ptr());
-            PyDict_SetItem(m_globals.ptr(), python.triggerName(), m_trigger.ptr());
-            PyDict_SetItem(m_globals.ptr(), python.eventName(), m_event.ptr());
-        }
-        m_session.m_canvas = m_canvasBefore;
         s_running = m_runningBefore;
         if (--m_session.m_depth == 0)
             end();
     }
-    Q_DISABLE_COPY(Run)
+    Q_DISABLE_COPY(Watched)
 
 private:
     void begin()
@@ -70,6 +58,7 @@ private:
         if (database != m_session.m_database)
             m_session.m_tagPlaces = {};
         m_session.m_database = database;
+        PythonRuntime::instance().renewOutput();
         m_session.m_watch.begin(m_session.limits.time);
     }
     void end()
@@ -80,7 +69,42 @@ private:
         PyEval_SetTrace(nullptr, nullptr);
         m_session.m_stopReason.clear();
         m_session.m_stopLine = 0;
+        try {
+            PythonRuntime::instance().dropHalfImports();
+        } catch (const std::exception&) {
+            PyErr_Clear(); // a script put something odd among the modules
+        }
     }
+
+    ScriptSession& m_session;
+    ScriptSession* m_runningBefore = nullptr;
+};
+
+/// A script on its way, in its page's namespace.
+class ScriptSession::Run
+{
+public:
+    Run(ScriptSession& session, const Context& context, ScriptNamespace& space)
+        : m_watched(session), m_session(session), m_globals(space.globals().ptr())
+    {
+        if (session.m_depth > 1)
+            keepFrame();
+        setFrame(context, space);
+        m_canvasBefore = std::exchange(session.m_canvas, context.canvas);
+    }
+    ~Run()
+    {
+        const PythonRuntime& python = PythonRuntime::instance();
+        if (m_shape) {
+            PyDict_SetItem(m_globals.ptr(), python.shapeName(), m_shape.ptr());
+            PyDict_SetItem(m_globals.ptr(), python.triggerName(), m_trigger.ptr());
+            PyDict_SetItem(m_globals.ptr(), python.eventName(), m_event.ptr());
+        }
+        m_session.m_canvas = m_canvasBefore;
+    }
+    Q_DISABLE_COPY(Run)
+
+private:
     // What the script finds that runs this one, when it goes on.
     void keepFrame()
     {
@@ -100,15 +124,16 @@ private:
         if (!event)
             event = m_session.m_event ? py::cast(*m_session.m_event) : py::none();
         const auto trigger = context.trigger.value_or(Korvane::TriggerType::None);
+        python.renewNames(m_globals.ptr(), space.canvasObject().ptr());
         PyDict_SetItem(m_globals.ptr(), python.shapeName(), space.shapeObject(context.shape).ptr());
         PyDict_SetItem(m_globals.ptr(), python.triggerName(), py::int_(static_cast<int>(trigger)).ptr());
         PyDict_SetItem(m_globals.ptr(), python.eventName(), event.ptr());
     }
 
+    Watched m_watched;
     ScriptSession& m_session;
     py::handle m_globals;
-    ScriptSession* m_runningBefore;
-    KVCanvasInterface* m_canvasBefore;
+    KVCanvasInterface* m_canvasBefore = nullptr;
     py::object m_shape; ///< and the following: kept for the script that runs this one, if any
     py::object m_trigger;
     py::object m_event;
@@ -128,17 +153,16 @@ QString ScriptSession::Context::text() const
     return parts.join(QStringLiteral(", "));
 }
 
-QString ScriptSession::Context::title() const
-{
-    return QStringLiteral("<script of %1>").arg(text());
-}
-
 ScriptSession::ScriptSession(ScriptEngine& engine, KorvaneScadaCoreInterface& hub)
     : m_engine(engine), m_hub(hub), m_watch(&stopRun)
 {
 }
 
-ScriptSession::~ScriptSession() = default;
+ScriptSession::~ScriptSession()
+{
+    while (!m_spaces.empty())
+        forget(m_spaces.begin()->first);
+}
 
 ScriptNamespace* ScriptSession::space(const KVCanvasInterface* canvas) const
 {
@@ -154,13 +178,26 @@ std::shared_ptr<ScriptNamespace> ScriptSession::openSpace(KVCanvasInterface* can
     return space;
 }
 
+// What goes with the namespace may run code of the script once more (__del__), which the limit of time ends too.
 void ScriptSession::forget(const KVCanvasInterface* canvas)
 {
     const auto found = m_spaces.find(canvas);
     if (found == m_spaces.end())
         return;
-    found->second->close(); // a script of it may be running
+    const Watched watched(*this);
+    std::shared_ptr<ScriptNamespace> space = std::move(found->second);
     m_spaces.erase(found);
+    space->close(); // a script of it may be running, and keeps it until it ends
+    space.reset();
+}
+
+void ScriptSession::forgetShape(const KVCanvasInterface* canvas, TesselInterface* shape)
+{
+    ScriptNamespace* known = space(canvas);
+    if (!known)
+        return;
+    const Watched watched(*this);
+    known->forgetShape(shape);
 }
 
 void ScriptSession::setEvent(const std::optional<ScriptEvent>& event)
@@ -177,39 +214,70 @@ bool ScriptSession::isTooDeep(const Context& context)
     return true;
 }
 
+// Whatever goes wrong on the way, nothing of it gets into the program's event loop.
+template <typename Action>
+bool ScriptSession::guarded(const Context& context, const Action& action)
+{
+    QString reason;
+    try {
+        return action();
+    } catch (const py::error_already_set&) {
+        reason = QStringLiteral("failed in a way that can't be described");
+    } catch (const std::exception& error) {
+        reason = QString::fromLocal8Bit(error.what());
+    }
+    PyErr_Clear();
+    const QString where = context.text();
+    report(where.isEmpty() ? reason : where + QStringLiteral(": ") + reason);
+    return false;
+}
+
 void ScriptSession::runScript(const Context& context, const QString& script)
 {
     lastError.clear();
     if (!context.isEvent())
         trial = {script, 0};
-    if (!isEnabled) {
-        if (!context.isEvent())
-            report(QStringLiteral("not run: the project's scripts are not trusted"));
-        return;
-    }
-    if (isTooDeep(context))
-        return;
+    if (isEnabled && !isTooDeep(context))
+        guarded(context, [&] { return runGuarded(context, script); });
+    else if (!isEnabled && !context.isEvent())
+        report(QStringLiteral("not run: the project's scripts are not trusted"));
+}
+
+bool ScriptSession::runGuarded(const Context& context, const QString& script)
+{
     const std::shared_ptr<ScriptNamespace> space = openSpace(context.canvas);
-    const QString title = context.title();
-    if (context.isEvent() && space->isBlocked(title))
-        return;
+    const QString title = QStringLiteral("script of %1").arg(context.text());
+    ScriptNamespace::EventScript* const known =
+        context.isEvent() ? &space->eventScript(context.shape, static_cast<int>(*context.trigger), script, title)
+                          : nullptr;
+    if (known && known->isBlocked)
+        return false;
+    const QString fileName = known ? known->title : QStringLiteral("<%1>").arg(title);
     const Run run(*this, context, *space);
     const ScriptNamespace::Functions before = space->functions();
+    PythonRuntime::Code code;
     bool isGood = false;
+    QStringList refused;
     try {
-        const py::object code =
-            context.isEvent() ? space->code(script, title) : PythonRuntime::instance().compile(script, title);
+        code = known && known->code.code ? known->code : PythonRuntime::instance().compile(script, fileName);
+        if (known)
+            known->code = code;
         PyObject* globals = space->globals().ptr();
-        isGood = py::reinterpret_steal<py::object>(PyEval_EvalCode(code.ptr(), globals, globals)).ptr() != nullptr;
+        if (!py::reinterpret_steal<py::object>(PyEval_EvalCode(code.code.ptr(), globals, globals)))
+            throw py::error_already_set();
+        isGood = true;
     } catch (py::error_already_set& error) {
         error.restore();
     }
-    if (isStopping() && context.isEvent())
-        space->block(title);
-    if (!finish(context, isGood))
-        return;
-    for (const QString& problem : space->adoptHandlers(context.shape, before))
+    // A script that fails half-way keeps the handlers that it defined.
+    isGood = finish(context, fileName, isGood);
+    if (!isStopping())
+        refused = space->adoptHandlers(context.shape, before, code);
+    if (isStopping() && known)
+        known->isBlocked = true;
+    for (const QString& problem : qAsConst(refused))
         report(QStringLiteral("%1: %2").arg(context.text(), problem));
+    return isGood;
 }
 
 bool ScriptSession::callHandler(const Context& context, const QVariantList& arguments, const py::object& last)
@@ -222,16 +290,22 @@ bool ScriptSession::callHandler(const Context& context, const QVariantList& argu
     if (!function || isTooDeep(context))
         return false;
     const std::shared_ptr<ScriptNamespace> space = found->second;
-    const auto kept = py::reinterpret_borrow<py::object>(function);
-    const Run run(*this, context, *space);
+    return guarded(context, [&] {
+        return callGuarded(context, *space, py::reinterpret_borrow<py::object>(function), arguments, last);
+    });
+}
 
+bool ScriptSession::callGuarded(const Context& context, ScriptNamespace& space, const py::object& function,
+                                const QVariantList& arguments, const py::object& last)
+{
+    const Run run(*this, context, space);
     std::array<py::object, 6> values;
     std::size_t count = 0;
     const ScriptHandlerInfo& info = scriptHandlerInfo(*context.handler);
     if (info.subject == ScriptHandlerInfo::Subject::Shape)
-        values[count++] = space->shapeObject(context.shape);
+        values[count++] = space.shapeObject(context.shape);
     else if (info.subject == ScriptHandlerInfo::Subject::Canvas)
-        values[count++] = space->canvasObject();
+        values[count++] = space.canvasObject();
     for (const QVariant& argument : arguments)
         values[count++] = PythonValues::toPython(argument);
     if (last)
@@ -241,27 +315,28 @@ bool ScriptSession::callHandler(const Context& context, const QVariantList& argu
     for (std::size_t place = 0; place < count; ++place)
         pointers[place] = values[place].ptr();
     const auto result =
-        py::reinterpret_steal<py::object>(PyObject_Vectorcall(function, pointers.data(), count, nullptr));
+        py::reinterpret_steal<py::object>(PyObject_Vectorcall(function.ptr(), pointers.data(), count, nullptr));
+    const bool isGood = finish(context, QString(), result.ptr() != nullptr);
     if (isStopping())
-        space->dropHandler(function);
-    return finish(context, result.ptr() != nullptr);
+        space.dropHandler(function.ptr());
+    return isGood;
 }
 
 // Ends a run: tells of a failure, and gives false for one. The interpreter has no exception left then.
-bool ScriptSession::finish(const Context& context, bool isGood)
+bool ScriptSession::finish(const Context& context, const QString& title, bool isGood)
 {
-    if (isStopping()) {
-        PyErr_Clear();
-        if (m_depth == 1) {
-            if (!context.isEvent())
-                trial.line = m_stopLine;
-            report(stopText(context));
-        }
-        return false;
-    }
-    if (isGood)
+    if (isGood && !isStopping())
         return true;
-    report(failureText(context));
+    // Describing a failure may run code of the script, which the limit of time ends as well.
+    const QString failure = isStopping() ? QString() : failureText(context, title);
+    PyErr_Clear();
+    if (!isStopping()) {
+        report(failure);
+    } else if (m_depth == 1) {
+        if (!context.isEvent())
+            trial.line = m_stopLine;
+        report(stopText(context));
+    }
     return false;
 }
 
@@ -275,27 +350,23 @@ QString ScriptSession::stopText(const Context& context) const
              context.isEvent() ? QStringLiteral("; it is not run again until the page is opened anew") : QString());
 }
 
-// Describing an exception may run code of the script, which the limit of time ends as well.
-QString ScriptSession::failureText(const Context& context)
+// Takes the interpreter's exception.
+QString ScriptSession::failureText(const Context& context, const QString& title)
 {
     const QString where = context.text();
-    const QString comma = where.isEmpty() ? QString() : QStringLiteral(", ");
     try {
         const py::error_already_set error;
-        const PythonRuntime::Failure failure = PythonRuntime::instance().describe(error, context.title());
-        if (!isStopping()) {
-            if (!context.isEvent())
-                trial.line = failure.ownLine;
-            const QString line =
-                failure.line > 0 ? QStringLiteral("%1line %2").arg(comma).arg(failure.line) : QString();
-            const QString traceback =
-                failure.traceback.isEmpty() ? QString() : QLatin1Char('\n') + failure.traceback.trimmed();
-            return where + line + QStringLiteral(": ") + failure.message + traceback;
-        }
-    } catch (py::error_already_set&) {
-        PyErr_Clear();
+        const PythonRuntime::Failure failure = PythonRuntime::instance().describe(error, title);
+        if (!context.isEvent())
+            trial.line = failure.ownLine;
+        const QString comma = where.isEmpty() ? QString() : QStringLiteral(", ");
+        const QString line = failure.line > 0 ? QStringLiteral("%1line %2").arg(comma).arg(failure.line) : QString();
+        const QString traceback =
+            failure.traceback.isEmpty() ? QString() : QLatin1Char('\n') + failure.traceback.trimmed();
+        return where + line + QStringLiteral(": ") + failure.message + traceback;
+    } catch (const std::exception&) {
+        return where + QStringLiteral(": failed in a way that can't be described");
     }
-    return isStopping() ? stopText(context) : where + QStringLiteral(": failed in a way that can't be described");
 }
 
 void ScriptSession::report(const QString& text)
@@ -305,26 +376,35 @@ void ScriptSession::report(const QString& text)
     Q_EMIT m_engine.failed(text);
 }
 
-void ScriptSession::write(const QString& text, bool isError)
+void ScriptSession::count(int characters)
 {
     if (!isStopping()) {
-        m_printed += text.size();
-        if (m_printed <= limits.output) {
-            if (isError)
-                Q_EMIT m_engine.stdErr(text);
-            else
-                Q_EMIT m_engine.stdOut(text);
+        m_printed += characters;
+        if (m_printed <= limits.output)
             return;
-        }
         stop(QStringLiteral("it printed more than %1 characters").arg(limits.output));
     }
     PyErr_SetString(PyExc_KeyboardInterrupt, "stopped");
     throw py::error_already_set();
 }
 
+void ScriptSession::write(const QString& text, bool isError)
+{
+    count(text.size());
+    if (isError)
+        Q_EMIT m_engine.stdErr(text);
+    else
+        Q_EMIT m_engine.stdOut(text);
+}
+
 void ScriptSession::later(const std::function<void()>& action)
 {
-    QTimer::singleShot(0, &m_engine, action);
+    QTimer::singleShot(0, &m_engine, [this, action] {
+        if (m_depth == 0)
+            action();
+        else
+            later(action); // a script turns the event loop
+    });
 }
 
 // Called by the interpreter on the GUI thread, between two steps of a script.

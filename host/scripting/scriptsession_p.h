@@ -30,8 +30,6 @@ public:
 
         /// As 'page "overview", shape "V-1", event "Mouse Press"'; empty for a script by itself.
         QString text() const;
-        /// What stands for the file name of its script.
-        QString title() const;
         /// Whether something that happened runs it, and will run it again.
         bool isEvent() const { return trigger || handler; }
     };
@@ -57,6 +55,7 @@ public:
     /// The namespace of \p canvas; null when no script needed it yet.
     ScriptNamespace* space(const KVCanvasInterface* canvas) const;
     void forget(const KVCanvasInterface* canvas);
+    void forgetShape(const KVCanvasInterface* canvas, TesselInterface* shape);
     void setEvent(const std::optional<ScriptEvent>& event);
 
     // For the functions of the module.
@@ -73,6 +72,8 @@ public:
     const Tag& tag(PyObject* text);
     /// Takes what a script printed. \throws py::error_already_set when it was too much
     void write(const QString& text, bool isError);
+    /// Counts what a script puts out. \throws py::error_already_set when it was too much
+    void count(int characters);
     /// Does something once no script runs any more, unless the engine is gone by then.
     void later(const std::function<void()>& action);
 
@@ -89,6 +90,7 @@ public:
     bool isEnabled = true;
 
 private:
+    class Watched;
     class Run;
 
     static int stopRun(void*);
@@ -97,8 +99,13 @@ private:
     bool isStopping() const { return !m_stopReason.isEmpty(); }
     std::shared_ptr<ScriptNamespace> openSpace(KVCanvasInterface* canvas);
     bool isTooDeep(const Context& context);
-    bool finish(const Context& context, bool isGood);
-    QString failureText(const Context& context);
+    template <typename Action>
+    bool guarded(const Context& context, const Action& action);
+    bool runGuarded(const Context& context, const QString& script);
+    bool callGuarded(const Context& context, ScriptNamespace& space, const py::object& function,
+                     const QVariantList& arguments, const py::object& last);
+    bool finish(const Context& context, const QString& title, bool isGood);
+    QString failureText(const Context& context, const QString& title);
     QString stopText(const Context& context) const;
     void report(const QString& text);
     Tag resolve(const QString& text) const;
@@ -116,7 +123,7 @@ private:
     std::vector<Tag> m_tags;
     KVCanvasInterface* m_canvas = nullptr;
     int m_depth = 0;      ///< of scripts run by what scripts did
-    int m_printed = 0;    ///< characters since the outermost script began
+    qint64 m_printed = 0; ///< characters since the outermost script began
     QString m_stopReason; ///< empty unless the script that runs is to end
     int m_stopLine = 0;
 };

@@ -113,6 +113,7 @@ void InputField::takeBack()
 
 void InputField::enter(const QString& text)
 {
-    setText(text);
+    if (m_isTyped) // else the live value goes on showing
+        setText(text);
     act(QStringLiteral("onReturnPressed"));
 }

@@ -33,7 +33,7 @@ public:
     void endEditing();
     /// The operator takes back what he wrote since beginEditing(), which is a change again.
     void takeBack();
-    /// The operator is done with writing: "Text" is \p text.
+    /// The operator is done with writing: "Text" is \p text, if he wrote anything.
     void enter(const QString& text);
 
 private:

@@ -110,10 +110,12 @@ void KorvaneScriptorEditor::initUi()
     m_splitter->setChildrenCollapsible(true);
     QWidget* textArea = m_scriptInterface->createScriptEditor(m_canvas);
     m_textArea = qobject_cast<QPlainTextEdit*>(textArea);
-    m_splitter->addWidget(textArea);
+    if (textArea) {
+        m_splitter->addWidget(textArea);
+        m_splitter->setStretchFactor(0, 3);
+    }
     m_splitter->addWidget(createOutputPanel());
-    m_splitter->setStretchFactor(0, 3);
-    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setStretchFactor(m_splitter->count() - 1, 1);
     layout->addWidget(m_splitter);
 
     connect(m_scriptInterface, &KorvaneScriptInterface::stdOut, this, &KorvaneScriptorEditor::slotStdOut);
@@ -175,10 +177,10 @@ void KorvaneScriptorEditor::setScript(const QString& script)
 
 void KorvaneScriptorEditor::clear()
 {
-    if (!m_textArea)
-        return;
-    m_textArea->clear();
-    m_console->clear();
+    if (m_textArea)
+        m_textArea->clear();
+    if (m_console)
+        m_console->clear();
 }
 
 void KorvaneScriptorEditor::compile()

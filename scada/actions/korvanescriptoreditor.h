@@ -18,7 +18,7 @@ class QTextBrowser;
 ///
 /// The script interface makes the text area and runs scripts; this widget arranges them, finds and inserts texts and
 /// shows the output. Make it, call init() once, use it. Without a script interface it is the tool bar alone: no script
-/// is held, run or shown.
+/// is held, run or shown. One that makes no QPlainTextEdit leaves no script either, but the console shows what it prints.
 class KORVANE_SCADA_EXPORT KorvaneScriptorEditor : public QWidget
 {
     Q_OBJECT
@@ -37,7 +37,7 @@ public:
     /// Changes the page that scripts run in; the text stays. Not owned, null for none.
     void setCurrentCanvas(KVCanvasInterface* canvas);
 
-    /// The text area, made by the script interface; null without one.
+    /// The text area, made by the script interface; null when that made none.
     QPlainTextEdit* scriptEditor() const { return m_textArea; }
 
     /// The whole text.

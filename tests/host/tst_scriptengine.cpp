@@ -7,7 +7,10 @@
 #include "platform/data/valuemarks.h"
 
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -156,6 +159,163 @@ private Q_SLOTS:
         QVERIFY(!plant.engine.hasHandler(&plant.canvas, nullptr, ScriptHandler::Click));
         QVERIFY(!plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::Click));
         QCOMPARE(plant.out, text("once\n"));
+    }
+
+    void whatIsOddOnTheWayEndsNothing_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::newRow("the limit passes in one long step") << text("def onClick(): pass\nx = 3 ** 6000000\n");
+        QTest::newRow("a trace of its own that raises")
+            << text("import sys\ndef f(*a): raise ValueError('x')\nsys.settrace(f)\ndef g(): pass\ng()\n");
+        QTest::newRow("a syntax error made up")
+            << text("raise SyntaxError('x', ('<script>', 'one', 1, 't'))\n");
+        QTest::newRow("a line beyond all lines")
+            << text("raise SyntaxError('x', ('<script>', 10 ** 30, 1, 't'))\n");
+        QTest::newRow("a message without end") << text("raise ValueError('x' * 100000000)\n");
+        QTest::newRow("a file name that is half a pair")
+            << text("exec(compile('1/0', '\\ud800', 'exec'))\n");
+        QTest::newRow("no builtins") << text("globals()['__builtins__'] = 5\nprint(1)\n");
+        QTest::newRow("no modules")
+            << text("import sys\nkept = dict(sys.modules)\nsys.modules.pop('builtins')\ntry:\n    1/0\nfinally:\n    "
+                    "sys.modules.update(kept)\n");
+        QTest::newRow("output that is gone")
+            << text("import sys\nsys.stdout = sys.stderr = None\nprint('x')\n1/0\n");
+        QTest::newRow("recursion without measure")
+            << text("import sys\nsys.setrecursionlimit(10 ** 9)\nclass C:\n    def __getattr__(self, name): return "
+                    "getattr(self, name + 'x')\nC().a\n");
+        QTest::newRow("names of its own for what scripts find")
+            << text("tags = pages = log = alarms = korvane = canvas = None\n");
+        QTest::newRow("switching that waits")
+            << text("import sys\nsys.setswitchinterval(3600)\n");
+        QTest::newRow("a fork") << text("import os\nos.fork()\n");
+        QTest::newRow("an end of itself by a signal") << text("import os\nos.kill(os.getpid(), 9)\n");
+    }
+
+    void whatIsOddOnTheWayEndsNothing()
+    {
+        QFETCH(QString, script);
+        Plant plant;
+        plant.engine.setLimits({std::chrono::milliseconds(200), 1000000});
+        plant.run(script);
+        QVERIFY(plant.engine.lastError().size() < 20000);
+        QCOMPARE(plant.run("print(tags.names()[0], canvas.name, korvane.now().year)"), text("LT-1 overview 2023\n"));
+        QCOMPARE(plant.engine.lastError(), QString());
+    }
+
+    void thatALimitIsPassedIsToldWhereAHandlerIsDefinedToo()
+    {
+        Plant plant;
+        plant.engine.setLimits({std::chrono::milliseconds(50)});
+        plant.run("def onClick(): pass\nx = 3 ** 6000000\n");
+        QVERIFY(!plant.engine.hasHandler(&plant.canvas, nullptr, ScriptHandler::Click) ||
+                plant.engine.lastError().isEmpty());
+    }
+
+    void endlessLogsAreStopped()
+    {
+        Plant plant;
+        plant.engine.setLimits({std::chrono::seconds(60), 100000});
+        int longest = 0;
+        QObject::connect(&plant.engine, &ScriptEngine::logged, [&longest](ScriptEngine::Severity, const QString& line) {
+            longest = std::max(longest, line.size());
+        });
+        plant.run("while True: log.info('x' * 20000)");
+        QVERIFY(plant.engine.lastError().contains(text("stopped: it printed more than 100000 characters")));
+        QCOMPARE(longest, 10000);
+    }
+
+    void aPageThatIsClosedMayNotLoopEither()
+    {
+        Plant plant;
+        plant.engine.setLimits({std::chrono::milliseconds(100)});
+        plant.run("class C:\n    def __del__(self):\n        while True: pass\nkept = C()");
+        plant.engine.forgetCanvas(&plant.canvas);
+        QCOMPARE(plant.run("print(1)"), text("1\n"));
+    }
+
+    void anImportThatIsStoppedLeavesNoHalf()
+    {
+        const QTemporaryDir folder;
+        QFile module(folder.filePath(text("slowmodule.py")));
+        QVERIFY(module.open(QIODevice::WriteOnly));
+        module.write("import time\nFIRST = 1\ntime.sleep(0.3)\nLAST = 1\n");
+        module.close();
+        Plant plant;
+        plant.engine.setLimits({std::chrono::milliseconds(100)});
+        const QString import = text("import sys\nsys.path.insert(0, %1)\nimport slowmodule\nprint(slowmodule.LAST)")
+                                   .arg(QLatin1Char('\'') + folder.path() + QLatin1Char('\''));
+        plant.run(import);
+        QVERIFY(plant.engine.lastError().contains(text("stopped")));
+        plant.engine.setLimits({std::chrono::seconds(5)});
+        QCOMPARE(plant.run(import), text("1\n"));
+    }
+
+    void printsComeBackAfterAStopInsideARedirection()
+    {
+        Plant plant;
+        plant.engine.setLimits({std::chrono::milliseconds(50)});
+        plant.run("import contextlib, io\nwith contextlib.redirect_stdout(io.StringIO()):\n    while True: pass");
+        QCOMPARE(plant.run("print(1)"), text("1\n"));
+    }
+
+    void scriptsOfShapesOfOneNameAreApart()
+    {
+        Plant plant;
+        plant.shape("second")->setName(text("first"));
+        Shape* first = plant.canvas.shapes()[0];
+        Shape* second = plant.canvas.shapes()[1];
+        plant.engine.setLimits({std::chrono::milliseconds(50)});
+        plant.engine.runAction(&plant.canvas, first, text("while True: pass"), TriggerType::ObjectLoading);
+        plant.engine.runAction(&plant.canvas, second, text("print('runs')"), TriggerType::ObjectLoading);
+        QCOMPARE(plant.out, text("runs\n"));
+        plant.engine.runAction(&plant.canvas, second, text("def f():\n    1/0\nf()"), TriggerType::MousePress);
+        plant.engine.runAction(&plant.canvas, first, text("def g():\n    2/0\ng()"), TriggerType::MousePress);
+        QVERIFY(plant.engine.lastError().contains(text("2/0")));
+        QVERIFY(plant.engine.lastError().contains(text("no. 2")));
+    }
+
+    void aDescriptionThatLoopsBlocksItsScript()
+    {
+        Plant plant;
+        plant.engine.setLimits({std::chrono::milliseconds(50)});
+        const QString script =
+            text("print('once')\nclass E(Exception):\n    def __str__(self):\n        while True: pass\nraise E()");
+        plant.engine.runAction(&plant.canvas, nullptr, script, TriggerType::MousePress);
+        plant.engine.runAction(&plant.canvas, nullptr, script, TriggerType::MousePress);
+        QCOMPARE(plant.out, text("once\n"));
+    }
+
+    void oneFunctionServesSeveralOwners()
+    {
+        Plant plant;
+        plant.run("def shared(): print(shape.name)");
+        plant.engine.runAction(&plant.canvas, plant.shape("first"), text("onClick = shared"), TriggerType::ObjectLoading);
+        plant.engine.runAction(&plant.canvas, plant.shape("second"), text("onClick = shared"), TriggerType::ObjectLoading);
+        QVERIFY(plant.engine.callHandler(&plant.canvas, plant.shape("first"), ScriptHandler::Click));
+        QVERIFY(plant.engine.callHandler(&plant.canvas, plant.shape("second"), ScriptHandler::Click));
+        QCOMPARE(plant.out, text("first\nsecond\n"));
+    }
+
+    void aScriptThatFailsHalfWayKeepsItsHandlers()
+    {
+        Plant plant;
+        plant.run("def onClick(): print('clicked')\n1/0");
+        QVERIFY(plant.engine.lastError().contains(text("ZeroDivisionError")));
+        QVERIFY(plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::Click));
+    }
+
+    void childrenCanBeEnded()
+    {
+        Plant plant;
+        QCOMPARE(plant.run("import subprocess\np = subprocess.Popen(['sleep', '60'])\np.terminate()\nprint(p.wait() != 0)"),
+                 text("True\n"));
+    }
+
+    void textsAreUtf8Everywhere()
+    {
+        Plant plant;
+        QCOMPARE(plant.run("import sys, locale\nprint(sys.flags.utf8_mode, open(__import__('os').devnull).encoding.lower())"),
+                 text("1 utf-8\n"));
     }
 
     void endlessPrintsAreStopped()
@@ -435,13 +595,19 @@ private Q_SLOTS:
         QTest::newRow("too few")
             << text("def onTextChanged(obj): pass")
             << text("onTextChanged is defined with (obj), but is called as onTextChanged(obj,text)");
-        QTest::newRow("too many") << text("def onTextChanged(a, b, c): pass") << text("is defined with (a,b,c)");
+        QTest::newRow("too many") << text("def onTextChanged(a, b, c): pass") << text("is defined with (a, b, c)");
         QTest::newRow("one that only names can give")
-            << text("def onTextChanged(a, b, *, c): pass") << text("is defined with (a,b,c)");
+            << text("def onTextChanged(a, b, *, c): pass") << text("is defined with (a, b, *, c)");
         QTest::newRow("no function") << text("onTextChanged = 5") << text("onTextChanged is no function");
         QTest::newRow("defaults are fine") << text("def onTextChanged(a, b=1, c=2): pass") << QString();
         QTest::newRow("a starred one is fine") << text("def onTextChanged(*all): pass") << QString();
         QTest::newRow("a lambda is fine") << text("onTextChanged = lambda a, b: None") << QString();
+        QTest::newRow("a method is fine")
+            << text("class C:\n    def act(self, a, b): pass\nonTextChanged = C().act") << QString();
+        QTest::newRow("a method with one too few")
+            << text("class C:\n    def act(self, a): pass\nonTextChanged = C().act") << text("is defined with (a)");
+        QTest::newRow("an object that lies about its code")
+            << text("class C:\n    __code__ = 1\n    def __call__(self, a, b): pass\nonTextChanged = C()") << QString();
         QTest::newRow("a builtin is fine") << text("onTextChanged = print") << QString();
     }
 

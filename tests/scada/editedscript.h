@@ -3,6 +3,7 @@
 #include "platform/ui/finddialog.h"
 #include "platform/ui/pointbrowserdialog.h"
 #include "scada/actions/korvanescriptoreditor.h"
+#include "tests/scada/latintext.h"
 #include "tests/support/testcore.h"
 #include "tests/support/testscriptinterface.h"
 
@@ -14,11 +15,6 @@
 #include <QtTest>
 
 #include <memory>
-
-inline QString text(const char* latin)
-{
-    return QString::fromLatin1(latin);
-}
 
 /// What a tool of the script editor does, by its place.
 enum Tool { RunTool, PointTool, FileTool, FindTool };

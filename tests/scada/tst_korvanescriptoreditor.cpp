@@ -1,6 +1,6 @@
 #include "platform/ui/hidpi.h"
+#include "tests/scada/arealessscripts.h"
 #include "tests/scada/editedscript.h"
-#include "tests/support/dragoff.h"
 #include "tests/support/markingtranslator.h"
 #include "tests/support/offscreenwarnings.h"
 
@@ -179,6 +179,48 @@ private Q_SLOTS:
         QVERIFY(!editor.findChild<QTextBrowser*>());
     }
 
+    void withoutATextAreaThereAreToolsAndConsole_data()
+    {
+        QTest::addColumn<bool>("hasWidget");
+        QTest::newRow("the script interface makes no widget") << false;
+        QTest::newRow("the script interface makes another widget") << true;
+    }
+    void withoutATextAreaThereAreToolsAndConsole()
+    {
+        QFETCH(bool, hasWidget);
+        QWidget* made = hasWidget ? new QWidget : nullptr;
+        AreaLessScripts scripts(made);
+        KorvaneScriptorEditor editor(nullptr);
+        TestCanvas canvas;
+        editor.init(&canvas, &scripts);
+        QCOMPARE(editor.findChildren<QToolButton*>().size(), 4);
+        QVERIFY(!editor.scriptEditor());
+        auto* splitter = editor.findChild<QSplitter*>();
+        auto* console = editor.findChild<QTextBrowser*>();
+        QVERIFY(splitter && console);
+        QCOMPARE(splitter->count(), hasWidget ? 2 : 1);
+        if (hasWidget) {
+            QCOMPARE(splitter->widget(0), made);
+            QCOMPARE(made->sizePolicy().verticalStretch(), 3);
+        }
+        const QWidget* panel = splitter->widget(splitter->count() - 1);
+        QCOMPARE(console->parentWidget(), panel);
+        QCOMPARE(panel->sizePolicy().verticalStretch(), 1);
+
+        editor.setScript(text("x"));
+        QVERIFY(editor.script().isEmpty());
+        Q_EMIT scripts.stdOut(text("a\n"));
+        editor.consoleMessage(text("b"));
+        editor.compile();
+        editor.openFile(); // opens no dialog: nothing here would close it
+        editor.findNext(text("x"), Qt::CaseSensitive);
+        editor.findPrevious(text("x"), Qt::CaseSensitive);
+        QCOMPARE(console->toPlainText(), text("a\nb"));
+        editor.clear();
+        QVERIFY(console->toPlainText().isEmpty());
+        QCOMPARE(scripts.calls, QList<Call>());
+    }
+
     void aScriptIsSetOnceItsContextIsRefreshed()
     {
         Edited edited;
@@ -253,18 +295,6 @@ private Q_SLOTS:
         QVERIFY(!edited.findDialog());
     }
 
-    void aToolWorksWhenItsButtonComesUpClickedOrNot()
-    {
-        const Edited edited(false);
-        QVERIFY(edited.showInFront());
-        QSignalSpy clicked(&edited.tool(RunTool), &QToolButton::clicked);
-        QTest::mousePress(&edited.tool(RunTool), Qt::LeftButton);
-        QVERIFY(edited.scripts.calls.isEmpty());
-        dragOff(edited.tool(RunTool));
-        QCOMPARE(clicked.count(), 0);
-        QCOMPARE(edited.scripts.calls.size(), 1);
-    }
-
     void outputIsShownLineByLine()
     {
         Edited edited;
@@ -283,6 +313,16 @@ private Q_SLOTS:
         Edited edited;
         edited.editor->slotStdOut(text("x\n\ny\n"));
         QCOMPARE(edited.paragraphs(), QStringList({text("x"), QString(), text("y")}));
+    }
+
+    // Kept: only the line feed ends a line, and a carriage return that is shown begins another paragraph.
+    void aCarriageReturnBeforeALineFeedLeavesAnEmptyParagraph()
+    {
+        Edited edited;
+        edited.editor->slotStdOut(text("a\r"));
+        QCOMPARE(edited.paragraphs(), QStringList(QString()));
+        edited.editor->slotStdOut(text("\nb\r\n"));
+        QCOMPARE(edited.paragraphs(), QStringList({text("a"), QString(), text("b"), QString()}));
     }
 
     // Kept: an empty paragraph added to an empty console shows nothing.
@@ -335,6 +375,15 @@ private Q_SLOTS:
         QCOMPARE(edited.paragraphs(), QStringList({text("hello"), text("you")}));
         edited.editor->slotStdOut(text(" line\n"));
         QCOMPARE(edited.paragraphs(), QStringList({text("hello"), text("you"), text("half line")}));
+    }
+
+    void lineFeedsOfAMessageBeginParagraphs()
+    {
+        Edited edited;
+        edited.editor->consoleMessage(text("a\n\nb\n"));
+        QCOMPARE(edited.paragraphs(), QStringList({text("a"), QString(), text("b"), QString()}));
+        edited.editor->consoleMessage(text("c")); // a paragraph of its own
+        QCOMPARE(edited.paragraphs(), QStringList({text("a"), QString(), text("b"), QString(), text("c")}));
     }
 
     void outputGoesToTheEndWhateverTheUserHasSelected()
@@ -398,9 +447,11 @@ private Q_SLOTS:
         Edited edited;
         edited.editor->setScript(text("x"));
         edited.editor->consoleMessage(text("y"));
+        edited.scripts.calls.clear();
         edited.editor->clear();
         QVERIFY(edited.editor->script().isEmpty());
         QVERIFY(edited.console().toPlainText().isEmpty());
+        QCOMPARE(edited.scripts.calls, QList<Call>());
     }
 };
 

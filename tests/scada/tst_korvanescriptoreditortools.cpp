@@ -1,6 +1,7 @@
-// The tools of the script editor: finding, and inserting files and points.
+// The tools of the script editor, and what they insert: files and points.
 
 #include "tests/scada/editedscript.h"
+#include "tests/support/dragoff.h"
 #include "tests/support/markingtranslator.h"
 #include "tests/support/offscreenwarnings.h"
 #include "tests/support/ownsettings.h"
@@ -8,16 +9,30 @@
 
 #include <QAction>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTreeView>
 
 #include <memory>
 
 using Korvane::ScadaObjectType;
 
 namespace {
+
+/// The current folder is another one while it lives.
+class CurrentFolder
+{
+public:
+    explicit CurrentFolder(const QString& folder) : m_before(QDir::currentPath()) { QDir::setCurrent(folder); }
+    Q_DISABLE_COPY(CurrentFolder)
+    ~CurrentFolder() { QDir::setCurrent(m_before); }
+
+private:
+    QString m_before;
+};
 
 /// What the file dialog looked like that came up.
 struct FileQuestion
@@ -59,6 +74,20 @@ QString writeFile(const QDir& folder, const QString& name)
     return file.fileName();
 }
 
+/// How often each tool has done what it is for, by its place.
+QList<int> timesWorked(const Edited& edited)
+{
+    return {edited.scripts.calls.size(), edited.browsers().size(), edited.editor->script().count(text("''")),
+            edited.editor->findChildren<FindDialog*>().size()};
+}
+
+void letGoOutside(QToolButton& button)
+{
+    const QPoint outside(-50, -50);
+    QMouseEvent release(QEvent::MouseButtonRelease, outside, button.mapToGlobal(outside), Qt::LeftButton, {}, {});
+    QCoreApplication::sendEvent(&button, &release);
+}
+
 } // namespace
 
 class tst_KorvaneScriptorEditorTools : public QObject
@@ -72,7 +101,34 @@ private Q_SLOTS:
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     }
 
-    // The first of those with a file dialog: later ones start where the last file was.
+    void aToolWorksWhenItsButtonComesUpClickedOrNot_data()
+    {
+        QTest::addColumn<int>("tool");
+        QTest::newRow("run") << int(RunTool);
+        QTest::newRow("point") << int(PointTool);
+        QTest::newRow("file") << int(FileTool);
+        QTest::newRow("find") << int(FindTool);
+    }
+    void aToolWorksWhenItsButtonComesUpClickedOrNot()
+    {
+        QFETCH(int, tool);
+        const Edited edited(false);
+        QVERIFY(edited.showInFront());
+        QToolButton& button = edited.tool(Tool(tool));
+        QSignalSpy clicked(&button, &QToolButton::clicked);
+        if (tool == FileTool)
+            answerFileDialog(edited, {});
+        QTest::mousePress(&button, Qt::LeftButton);
+        QCOMPARE(timesWorked(edited), (QList<int>{0, 0, 0, 0}));
+        dragOff(button);
+        QList<int> once{0, 0, 0, 0};
+        once[tool] = 1;
+        QCOMPARE(timesWorked(edited), once);
+        letGoOutside(button); // it has come up already
+        QCOMPARE(timesWorked(edited), once);
+        QCOMPARE(clicked.count(), 0);
+    }
+
     void aCancelledFileDialogInsertsTheQuotesAlone()
     {
         Edited edited;
@@ -84,184 +140,31 @@ private Q_SLOTS:
         QCOMPARE(question->caption, text("Select file"));
         QCOMPARE(question->filters,
                  QStringList({text("Canvas File (*.pws)"), text("Sound File (*.wav)"), text("All Files(*.*)")}));
-        QCOMPARE(question->folder, QDir::currentPath());
         QVERIFY(question->isForEditor);
     }
 
-    void findingForward_data()
-    {
-        QTest::addColumn<int>("anchor");
-        QTest::addColumn<int>("position");
-        QTest::addColumn<QString>("wanted");
-        QTest::addColumn<bool>("isCaseSensitive");
-        QTest::addColumn<int>("start"); ///< of the selection afterwards
-        QTest::addColumn<int>("end");
-        // "pump valve\nPump fan\npumps": pump at 0, Pump at 11, pump at 20
-        QTest::newRow("from the start, at the cursor") << 0 << 0 << "pump" << true << 0 << 4;
-        QTest::newRow("the next one behind a selection") << 0 << 4 << "pump" << true << 20 << 24;
-        QTest::newRow("the next one in any case") << 0 << 4 << "pump" << false << 11 << 15;
-        QTest::newRow("in part of a word") << 12 << 12 << "pump" << true << 20 << 24;
-        QTest::newRow("only above the cursor: it goes round") << 15 << 15 << "valve" << true << 5 << 10;
-        QTest::newRow("the only one, selected, is found again") << 5 << 10 << "valve" << true << 5 << 10;
-        QTest::newRow("one that the cursor stands in is found by going round") << 7 << 7 << "valve" << true << 5 << 10;
-        QTest::newRow("at the very end") << 0 << 0 << "pumps" << true << 20 << 25;
-        QTest::newRow("not there: the cursor stays") << 13 << 13 << "motor" << true << 13 << 13;
-        QTest::newRow("not there: a selection stays") << 16 << 13 << "motor" << true << 13 << 16;
-        QTest::newRow("not there in this case") << 3 << 3 << "FAN" << true << 3 << 3;
-        QTest::newRow("there in another case") << 3 << 3 << "FAN" << false << 16 << 19;
-        QTest::newRow("nothing is nowhere") << 3 << 3 << "" << true << 3 << 3;
-    }
-    void findingForward()
-    {
-        QFETCH(int, anchor);
-        QFETCH(int, position);
-        QFETCH(QString, wanted);
-        QFETCH(bool, isCaseSensitive);
-        Edited edited;
-        edited.text().setPlainText(text("pump valve\nPump fan\npumps"));
-        edited.setPosition(anchor, position);
-        edited.editor->findNext(wanted, isCaseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
-        QTEST(edited.text().textCursor().selectionStart(), "start");
-        QTEST(edited.text().textCursor().selectionEnd(), "end");
-    }
-
-    void findingBackward_data()
-    {
-        QTest::addColumn<int>("anchor");
-        QTest::addColumn<int>("position");
-        QTest::addColumn<QString>("wanted");
-        QTest::addColumn<bool>("isCaseSensitive");
-        QTest::addColumn<int>("start");
-        QTest::addColumn<int>("end");
-        QTest::newRow("the one before") << 25 << 25 << "pump" << true << 20 << 24;
-        QTest::newRow("before a selection") << 20 << 24 << "pump" << true << 0 << 4;
-        QTest::newRow("before a selection, in any case") << 20 << 24 << "pump" << false << 11 << 15;
-        QTest::newRow("only below the cursor: nothing changes") << 3 << 3 << "fan" << true << 3 << 3;
-        QTest::newRow("only below: a selection stays") << 3 << 6 << "fan" << true << 3 << 6;
-        QTest::newRow("not there") << 25 << 25 << "motor" << true << 25 << 25;
-        QTest::newRow("nothing is nowhere") << 25 << 25 << "" << true << 25 << 25;
-    }
-    void findingBackward()
-    {
-        QFETCH(int, anchor);
-        QFETCH(int, position);
-        QFETCH(QString, wanted);
-        QFETCH(bool, isCaseSensitive);
-        Edited edited;
-        edited.text().setPlainText(text("pump valve\nPump fan\npumps"));
-        edited.setPosition(anchor, position);
-        edited.editor->findPrevious(wanted, isCaseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
-        QTEST(edited.text().textCursor().selectionStart(), "start");
-        QTEST(edited.text().textCursor().selectionEnd(), "end");
-    }
-
-    void whatIsFoundComesIntoView()
+    void aCancelledFileDialogReplacesASelectionByTheQuotes()
     {
         Edited edited;
-        QVERIFY(edited.showInFront());
-        edited.text().setPlainText(text("line\n").repeated(500) + text("valve"));
-        edited.editor->findNext(text("valve"), Qt::CaseSensitive);
-        QVERIFY(edited.text().viewport()->rect().contains(edited.text().cursorRect().center()));
+        edited.text().setPlainText(text("play(FILE)"));
+        edited.setPosition(9, 5);
+        answerFileDialog(edited, {});
+        edited.editor->openFile();
+        QCOMPARE(edited.editor->script(), text("play('')"));
     }
 
-    void theFindDialogSearchesTheText()
+    // Not in the current folder: the dialog is given none.
+    void theFileDialogStartsInTheFolderVisitedLast()
     {
-        Edited edited;
-        QVERIFY(edited.showInFront());
-        QVERIFY(!edited.findDialog());
-        edited.text().setPlainText(text("valve Valve valve"));
-        QTest::mouseClick(&edited.tool(FindTool), Qt::LeftButton);
-        FindDialog* dialog = edited.findDialog();
-        QVERIFY(dialog);
-        QCOMPARE(dialog->parentWidget(), edited.editor.get());
-        QVERIFY(dialog->isVisible());
-        QVERIFY(!dialog->isModal());
-        QVERIFY(QTest::qWaitForWindowActive(dialog));
-
-        Q_EMIT dialog->findNext(text("Valve"), Qt::CaseSensitive);
-        QCOMPARE(edited.selectedAt(), 6);
-        Q_EMIT dialog->findNext(text("Valve"), Qt::CaseInsensitive);
-        QCOMPARE(edited.selectedAt(), 12);
-        Q_EMIT dialog->findPrevious(text("valve"), Qt::CaseSensitive);
-        QCOMPARE(edited.selectedAt(), 0);
-        QCOMPARE(edited.selected(), text("valve"));
-    }
-
-    void theFindKeysOpenTheOneFindDialog()
-    {
-        Edited edited(false);
-        QVERIFY(edited.showInFront());
-        edited.text().setPlainText(text("a a a a"));
-        edited.text().setFocus();
-        QTest::keySequence(&edited.text(), QKeySequence(QKeySequence::Find));
-        QTRY_VERIFY(edited.findDialog());
-        QPointer<FindDialog> dialog = edited.findDialog();
-        QVERIFY(dialog->isVisible());
-        QVERIFY(edited.scripts.calls.isEmpty());
-
-        dialog->close();
-        QVERIFY(dialog);
-        edited.editor->openScriptHelp();
-        QCOMPARE(edited.editor->findChildren<FindDialog*>(), QList<FindDialog*>{dialog.data()});
-        QVERIFY(dialog->isVisible());
-        QVERIFY(QTest::qWaitForWindowActive(dialog.data()));
-        Q_EMIT dialog->findNext(text("a"), Qt::CaseSensitive);
-        QCOMPARE(edited.selectedAt(), 0); // found once: not connected a second time
-    }
-
-    void theUserFindsByKeys()
-    {
+        const QTemporaryDir visited;
+        const QTemporaryDir current;
+        const CurrentFolder inCurrent(current.path());
         const Edited edited;
-        QVERIFY(edited.showInFront());
-        edited.text().setPlainText(text("valve Valve fan"));
-        edited.text().setFocus();
-        QTest::keySequence(&edited.text(), QKeySequence(QKeySequence::Find));
-        QTRY_VERIFY(edited.findDialog());
-        QVERIFY(QTest::qWaitForWindowActive(edited.findDialog()));
-        QTest::keyClicks(QApplication::focusWidget(), text("valve"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        QCOMPARE(edited.selectedAt(), 0);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        QCOMPARE(edited.selectedAt(), 6);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); // round
-        QCOMPARE(edited.selectedAt(), 0);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return, Qt::ShiftModifier); // not round
-        QCOMPARE(edited.selectedAt(), 0);
-    }
-
-    void hidingTheEditorHidesTheFindDialog()
-    {
-        Edited edited;
-        QVERIFY(edited.showInFront());
-        edited.editor->openScriptHelp();
-        QPointer<FindDialog> dialog = edited.findDialog();
-        QVERIFY(dialog->isVisible());
-        edited.editor->hide();
-        QVERIFY(dialog);
-        QVERIFY(!dialog->isVisible());
-        edited.editor->show();
-        QVERIFY(!dialog->isVisible());
-    }
-
-    void hidingWithoutAFindDialogIsPlain()
-    {
-        const Edited edited;
-        QVERIFY(edited.showInFront());
-        edited.editor->hide();
-        QVERIFY(!edited.editor->isVisible());
-        QVERIFY(!edited.findDialog());
-    }
-
-    void theFindDialogEndsWithTheEditor()
-    {
-        Edited edited;
-        QVERIFY(edited.showInFront());
-        edited.editor->openScriptHelp();
-        QPointer<FindDialog> dialog = edited.findDialog();
-        QSignalSpy finished(dialog, &QDialog::finished);
-        edited.editor.reset();
-        QVERIFY(!dialog);
-        QCOMPARE(finished.count(), 1); // closed, not just destroyed
+        answerFileDialog(edited, visited.path()); // goes into the folder
+        edited.editor->openFile();
+        const auto question = answerFileDialog(edited, {});
+        edited.editor->openFile();
+        QCOMPARE(question->folder, QDir(visited.path()).absolutePath());
     }
 
     void aFileIsInsertedRelativeToTheProgram()
@@ -292,6 +195,18 @@ private Q_SLOTS:
         QCOMPARE(QDir::cleanPath(QCoreApplication::applicationDirPath() + QLatin1Char('/') + path), file);
     }
 
+    // Kept: the path is inserted as it is, although the literal ends at the apostrophe.
+    void anApostropheInAFilesNameIsNotEscaped()
+    {
+        const QDir program(QCoreApplication::applicationDirPath());
+        const QTemporaryDir sounds(program.filePath(text("sounds-XXXXXX")));
+        const QString file = writeFile(QDir(sounds.path()), text("o'clock.wav"));
+        const Edited edited;
+        answerFileDialog(edited, file);
+        edited.editor->openFile();
+        QCOMPARE(edited.editor->script(), text("'") + QDir(sounds.path()).dirName() + text("/o'clock.wav'"));
+    }
+
     void theFileDialogIsTranslated()
     {
         const Edited edited;
@@ -318,6 +233,36 @@ private Q_SLOTS:
             QTRY_VERIFY(!browser);
         }
         QVERIFY(edited.browsers().isEmpty());
+    }
+
+    void pointBrowsersEndWithTheEditor()
+    {
+        Edited edited;
+        QVERIFY(edited.showInFront());
+        edited.editor->openPointBrowser();
+        edited.editor->openPointBrowser();
+        const QList<PointBrowserDialog*> browsers = edited.browsers();
+        const QPointer<PointBrowserDialog> first = browsers.at(0);
+        const QPointer<PointBrowserDialog> second = browsers.at(1);
+        edited.editor.reset();
+        QVERIFY(!first);
+        QVERIFY(!second);
+    }
+
+    void thePointBrowserListsPointsAndUnitsWithoutPastValues()
+    {
+        TestRuntime points;
+        points.add(ScadaObjectType::DigitalPoint, 100001, text("p101.run"));
+        points.add(ScadaObjectType::AnalogPoint, 200001, text("p101.flow"));
+        points.add(ScadaObjectType::RtuObject, 5, text("rtu5"));
+        points.add(ScadaObjectType::ChannelObject, 6, text("line6"));
+        PointDirectory::registerDirectory(&points);
+        const Edited edited;
+        edited.editor->openPointBrowser();
+        const PointBrowserDialog* browser = edited.browsers().constFirst();
+        QCOMPARE(browser->findChild<QLabel*>(text("countLabel"))->text(), text("3 of 3"));
+        QVERIFY(
+            browser->findChild<QTreeView*>(text("fieldsView"))->isColumnHidden(1)); // what a data service would know
     }
 
     void aPointTakenIsInserted_data()
@@ -352,6 +297,32 @@ private Q_SLOTS:
         QVERIFY(edited.browsers().contains(browser)); // stays for the next one
         Q_EMIT browser->emitOk();
         QCOMPARE(edited.editor->script(), text("value(") + inserted.repeated(2) + text(")"));
+    }
+
+    void aPointTakenReplacesASelection()
+    {
+        TestRuntime points;
+        points.add(ScadaObjectType::DigitalPoint, 100001, text("p101.run"));
+        PointDirectory::registerDirectory(&points);
+        Edited edited;
+        edited.text().setPlainText(text("value(POINT)"));
+        edited.setPosition(11, 6);
+        edited.editor->openPointBrowser();
+        PointBrowserDialog* browser = edited.browsers().constFirst();
+        browser->locateToPoint(ScadaObjectType::DigitalPoint, 100001);
+        Q_EMIT browser->emitOk();
+        QCOMPARE(edited.editor->script(), text("value(p101.run)"));
+    }
+
+    // Kept: nothing selected there is an empty name here.
+    void nothingTakenRemovesASelection()
+    {
+        Edited edited;
+        edited.text().setPlainText(text("value(POINT)"));
+        edited.setPosition(6, 11);
+        edited.editor->openPointBrowser();
+        Q_EMIT edited.browsers().constFirst()->emitOk();
+        QCOMPARE(edited.editor->script(), text("value()"));
     }
 
     void onlyAPointBrowserInserts()
