@@ -20,8 +20,8 @@ class ScriptSession;
 /// Every page has one namespace, which lives from its first script until forgetCanvas(). A script finds in it "canvas",
 /// "shape", "trigger" and "event", the module "korvane" and its parts "tags", "pages", "alarms" and "log".
 ///
-/// A script that runs longer than the limit, or prints more than the limit, is stopped, whatever it catches; only calls
-/// into Python's own C code that never come back can't be. Scripts that call each other through events share the
+/// A script that runs longer than the limit, or puts out more than the limit, is stopped, whatever it catches, between
+/// two of its steps: a call of Python's own that does not come back can't be. Scripts that call each other through events share the
 /// outermost one's limit. All engines of a process share one interpreter, which is started by the first script and
 /// never ended; the modules that a script imports and changes are shared too.
 class KORVANE_HOST_EXPORT ScriptEngine : public KorvaneScriptInterface
