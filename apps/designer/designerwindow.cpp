@@ -43,6 +43,14 @@ QPair<int, QString> eventType(TriggerType trigger)
     return {static_cast<int>(trigger), name.isEmpty() ? QString::number(static_cast<int>(trigger)) : name};
 }
 
+// What a text area makes of a script: its line ends and blanks are of one kind.
+QString asShown(const QString& script)
+{
+    QTextDocument shown;
+    shown.setPlainText(script);
+    return shown.toPlainText();
+}
+
 } // namespace
 
 DesignerWindow::DesignerWindow(DesignSystem& system, QWidget* parent)
@@ -64,6 +72,7 @@ DesignerWindow::DesignerWindow(DesignSystem& system, QWidget* parent)
     setCentralWidget(m_content);
     buildDocks();
     buildMenus();
+    m_problems->setTextFormat(Qt::PlainText); // pages put their own texts into it
     statusBar()->addWidget(m_problems, 1);
     heedModification();
 }
@@ -71,6 +80,8 @@ DesignerWindow::DesignerWindow(DesignSystem& system, QWidget* parent)
 DesignerWindow::~DesignerWindow()
 {
     m_objects->showDocument(nullptr);
+    delete m_scripts; // they show the document, which goes before the window's children
+    delete m_view;
 }
 
 void DesignerWindow::buildDocks()
@@ -95,14 +106,23 @@ void DesignerWindow::buildMenus()
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
+    const auto zoom = [this](double factor) {
+        if (m_view)
+            m_view->setZoom(factor > 0 ? m_view->zoom() * factor : 1);
+    };
     view->addAction(
-        tr("Zoom to &fit"), this, [this] { m_view->zoomToFit(); }, QKeySequence(Qt::CTRL + Qt::Key_0));
+        tr("Zoom to &fit"), this,
+        [this] {
+            if (m_view)
+                m_view->zoomToFit();
+        },
+        QKeySequence(Qt::CTRL + Qt::Key_0));
     view->addAction(
-        tr("&Own size"), this, [this] { m_view->setZoom(1); }, QKeySequence(Qt::CTRL + Qt::Key_1));
+        tr("&Own size"), this, [zoom] { zoom(0); }, QKeySequence(Qt::CTRL + Qt::Key_1));
     view->addAction(
-        tr("Zoom &in"), this, [this] { m_view->setZoom(m_view->zoom() * zoomStep); }, QKeySequence::ZoomIn);
+        tr("Zoom &in"), this, [zoom] { zoom(zoomStep); }, QKeySequence::ZoomIn);
     view->addAction(
-        tr("Zoom &out"), this, [this] { m_view->setZoom(m_view->zoom() / zoomStep); }, QKeySequence::ZoomOut);
+        tr("Zoom &out"), this, [zoom] { zoom(1 / zoomStep); }, QKeySequence::ZoomOut);
     view->addSeparator();
     view->addAction(tr("Select the &page"), this, [this] { select(nullptr); });
     view->addAction(m_objects->toggleViewAction());
@@ -167,6 +187,7 @@ void DesignerWindow::showScripts()
     m_scripts = new ScriptOperationSetting(&m_document->trialCanvas(), &m_system.scripts(), m_scriptDock);
     m_scripts->init(eventTypes());
     m_scripts->setScript(m_document->scripts(m_selected), &m_document->trialCanvas());
+    m_scripts->setEnabled(DesignDocument::canHaveScripts(m_selected));
     m_scriptDock->setWidget(m_scripts);
     m_scripts->show();
     const auto* editor = m_scripts->findChild<KorvaneScriptorEditor*>();
@@ -201,11 +222,25 @@ QList<QPair<int, QString>> DesignerWindow::eventTypes() const
     return types;
 }
 
+// As the widget has them. One that only stands there as the text area shows it was not changed, and stays as it was.
+QList<ScadaScriptAction> DesignerWindow::editedScripts() const
+{
+    QList<ScadaScriptAction> edited = m_scripts->scriptActions();
+    QList<ScadaScriptAction> kept = m_document->scripts(m_selected);
+    for (ScadaScriptAction& script : edited) {
+        for (ScadaScriptAction& before : kept) {
+            if (before.triggetType() == script.triggetType() && asShown(before.script()) == script.script())
+                script = before;
+        }
+    }
+    return edited;
+}
+
 void DesignerWindow::keepScripts()
 {
     if (!m_document || !m_scripts)
         return;
-    m_document->setScripts(m_selected, m_scripts->scriptActions());
+    m_document->setScripts(m_selected, editedScripts());
     m_isEdited = false;
     heedModification();
 }

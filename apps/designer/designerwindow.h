@@ -5,7 +5,6 @@
 
 #include <QLabel>
 #include <QMainWindow>
-#include <QPointer>
 
 #include <memory>
 
@@ -49,6 +48,7 @@ private:
     void buildDocks();
     void showDocument();
     void showScripts();
+    QList<ScadaScriptAction> editedScripts() const;
     void keepScripts();
     bool save();
     bool mayLeave();

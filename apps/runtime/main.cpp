@@ -38,9 +38,27 @@ void printScripts(ScriptEngine& scripts)
     });
 }
 
+int runHeadless(LiveSystem& system, const RuntimeOptions& options, const QString& pageName)
+{
+    if (!options.isBenchmark) {
+        QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
+        printScripts(system.scripts()); // before the page opens, which runs scripts already
+    }
+    const auto page = system.openPage(pageName);
+    if (!page)
+        return failed; // told already
+    if (options.isBenchmark)
+        return HeadlessRun(system, options).runBenchmark(**page);
+    if (system.hasUntrustedScripts())
+        complain(
+            QStringLiteral("the page's scripts don't run: %1 is not trusted (--trust)").arg(system.project().folder));
+    return HeadlessRun(system, options).run(**page);
+}
+
+// The window is there before the page opens: what the page's scripts print then is shown, and what they ask for done.
 int runWindow(LiveSystem& system, const RuntimeOptions& options, const QString& pageName)
 {
-    RuntimeWindow window(system, options); // it hears what the page's scripts ask for when it is opened
+    RuntimeWindow window(system, options);
     const auto page = system.openPage(pageName);
     if (!page)
         return failed; // told already
@@ -85,18 +103,6 @@ int main(int argc, char** argv)
     QObject::connect(&live, &LiveSystem::problemFound, &complain);
 
     const QString pageName = options->page.isEmpty() ? live.project().startPage : options->page;
-    if (!isHeadless && !options->isBenchmark)
-        return runWindow(live, *options, pageName);
-    printScripts(live.scripts());
-    const auto page = live.openPage(pageName);
-    if (!page)
-        return failed; // told already
-    if (options->isBenchmark)
-        return HeadlessRun(live, *options).runBenchmark(**page);
-    QTextStream(stdout) << QStringLiteral("no display: the page is drawn off screen\n");
-    if (live.hasUntrustedScripts()) {
-        complain(
-            QStringLiteral("the page's scripts don't run: %1 is not trusted (--trust)").arg(live.project().folder));
-    }
-    return HeadlessRun(live, *options).run(**page);
+    return isHeadless || options->isBenchmark ? runHeadless(live, *options, pageName)
+                                              : runWindow(live, *options, pageName);
 }

@@ -164,6 +164,7 @@ void RuntimeWindow::heedScripts()
 void RuntimeWindow::buildStatusBar()
 {
     m_problems->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_problems->setTextFormat(Qt::PlainText); // scripts and pages put their own texts into it
     statusBar()->addWidget(m_problems, 1);
     statusBar()->addPermanentWidget(m_figures);
     if (!m_system.problems().isEmpty())
@@ -173,8 +174,9 @@ void RuntimeWindow::buildStatusBar()
 void RuntimeWindow::addProblem(const QString& text)
 {
     const QStringList& all = m_system.problems();
+    const QString line = text.section(QLatin1Char('\n'), 0, 0); // of a script's failure, without the way there
     m_problems->setText(tr("%n problem(s), the newest: ", nullptr, all.size()) +
-                        fontMetrics().elidedText(text, Qt::ElideMiddle, width() / 2));
+                        fontMetrics().elidedText(line, Qt::ElideMiddle, width() / 2));
     constexpr int shownAtMost = 20;
     m_problems->setToolTip(QStringList(all.mid(all.size() - shownAtMost)).join(QLatin1Char('\n')));
 }
@@ -199,7 +201,7 @@ void RuntimeWindow::showPage(Page& page)
     m_tabs.setCurrentWidget(view);
     heedTab();
     // Asked once for a folder; whoever refused finds it in the menu.
-    if (m_system.hasUntrustedScripts() &&
+    if (m_system.hasUntrustedScripts() && !m_trust->isAnswered() &&
         ScriptTrust::answerFor(m_system.project().folder) == ScriptTrust::Answer::NotAsked)
         m_trust->show();
 }

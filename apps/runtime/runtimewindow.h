@@ -38,7 +38,6 @@ public:
 private:
     void buildMenus();
     void buildStatusBar();
-    void buildTrustBar();
     void heedScripts();
     void openPage(const QString& name);
     void closeTab(int place);

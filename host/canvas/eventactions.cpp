@@ -19,6 +19,12 @@ const std::vector<EventActions::Entry>& EventActions::of(const Shape* shape) con
     return found == m_entries.end() ? none : found->second;
 }
 
+QByteArray EventActions::unreadable(const Shape* shape) const
+{
+    const auto found = m_unreadable.find(shape);
+    return found == m_unreadable.end() ? QByteArray() : found->second;
+}
+
 void EventActions::add(const Shape* shape, Entry entry)
 {
     m_entries[shape].push_back(std::move(entry));
@@ -29,7 +35,7 @@ QList<ScadaScriptAction> EventActions::scripts(const Shape* shape) const
     QMap<Korvane::TriggerType, QString> byTrigger;
     for (const Entry& entry : of(shape)) {
         ScadaScriptAction* script = scriptOf(entry);
-        if (!script)
+        if (!script || script->script().isEmpty())
             continue;
         QString& text = byTrigger[script->triggetType()];
         if (!text.isEmpty() && !text.endsWith(QLatin1Char('\n')))

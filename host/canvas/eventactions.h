@@ -31,9 +31,13 @@ public:
     void add(const Shape* shape, Entry entry);
     /// The shape is about to go.
     void remove(const Shape* shape) { m_entries.erase(shape); }
+    /// What stands in the place of a list of actions and is none, as the text of a JSON value; empty for most. Kept for
+    /// saving.
+    QByteArray unreadable(const Shape* shape) const;
+    void setUnreadable(const Shape* shape, const QByteArray& stored) { m_unreadable[shape] = stored; }
     bool isEmpty() const { return m_entries.empty(); }
 
-    /// The scripts of \p shape, one a trigger: those of the same one joined in their order.
+    /// The scripts of \p shape, one a trigger: those of the same one joined in their order. Empty ones are none.
     QList<ScadaScriptAction> scripts(const Shape* shape) const;
     /// Replaces the scripts of \p shape; empty ones are left out, actions of other kinds stay.
     void setScripts(const Shape* shape, const QList<ScadaScriptAction>& scripts);
@@ -43,4 +47,5 @@ public:
 
 private:
     std::map<const Shape*, std::vector<Entry>> m_entries;
+    std::map<const Shape*, QByteArray> m_unreadable;
 };

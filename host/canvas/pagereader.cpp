@@ -274,7 +274,7 @@ void Reading::readEvents(const Shape* shape, const Value& stored)
 {
     if (!stored.IsArray()) {
         problem(stored, QStringLiteral("\"events\" is no array: there are none"));
-        m_page.events.add(shape, {nullptr, JsonText::textOf(stored)});
+        m_page.events.setUnreadable(shape, JsonText::textOf(stored));
         return;
     }
     for (const Value& event : stored.GetArray()) {

@@ -88,6 +88,8 @@ bool Writing::isKept(const QByteArray& object, const char* name)
 
 void Writing::writeRaw(const QByteArray& json)
 {
+    if (json.isEmpty())
+        return;
     if (const auto kept = JsonText::parse(json))
         kept->root().Accept(m_writer);
 }
@@ -173,10 +175,16 @@ void Writing::writeShape(const Shape& shape)
 void Writing::writeEvents(const Shape* shape)
 {
     const std::vector<EventActions::Entry>& entries = m_events.of(shape);
-    if (entries.empty())
+    const QByteArray unreadable = m_events.unreadable(shape);
+    if (entries.empty() && unreadable.isEmpty())
         return;
     m_writer.Key("events");
+    if (entries.empty()) {
+        writeRaw(unreadable); // as it was read
+        return;
+    }
     m_writer.StartArray();
+    writeRaw(unreadable); // there are actions now, and it stays among them
     for (const EventActions::Entry& entry : entries) {
         if (!entry.action) {
             writeRaw(entry.unknown); // as it was read

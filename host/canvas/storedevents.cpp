@@ -28,7 +28,8 @@ std::optional<QString> scriptIn(const QByteArray& data)
     QDataStream in(data);
     in >> script;
     const bool isWhole = in.status() == QDataStream::Ok && dataOf(script) == data;
-    return isWhole && QString::fromUtf8(script.toUtf8()) == script ? std::optional(script) : std::nullopt;
+    const QByteArray utf8 = script.toUtf8();
+    return isWhole && QString::fromUtf8(utf8.constData(), utf8.size()) == script ? std::optional(script) : std::nullopt;
 }
 
 Data readScript(const Value& stored)
@@ -53,8 +54,8 @@ Data readData(const Value& stored)
     const Value* data = JsonText::member(stored, "data");
     if (!data)
         return tl::make_unexpected(QStringLiteral("has neither \"script\" nor \"data\""));
-    const auto decoded = QByteArray::fromBase64Encoding(QByteArray(data->IsString() ? data->GetString() : "!"),
-                                                        QByteArray::AbortOnBase64DecodingErrors);
+    const QByteArray base64 = data->IsString() ? JsonText::stringOf(*data).toUtf8() : QByteArray("!");
+    const auto decoded = QByteArray::fromBase64Encoding(base64, QByteArray::AbortOnBase64DecodingErrors);
     if (!decoded)
         return tl::make_unexpected(QStringLiteral("\"data\" is no base64"));
     return decoded.decoded;

@@ -4,6 +4,7 @@
 #include "host/canvas/pagewriter.h"
 #include "host/runtime/runtimedatabase.h"
 #include "host/scripting/scriptengine.h"
+#include "host/shapes/placeholder.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -57,8 +58,15 @@ DesignDocument::~DesignDocument()
     m_scripts.forgetCanvas(m_trial.canvas.get());
 }
 
+bool DesignDocument::canHaveScripts(const Shape* shape)
+{
+    return !dynamic_cast<const Placeholder*>(shape);
+}
+
 void DesignDocument::setScripts(const Shape* shape, const QList<ScadaScriptAction>& scripts)
 {
+    if (!canHaveScripts(shape))
+        return;
     QList<ScadaScriptAction> filled;
     for (const ScadaScriptAction& script : scripts) {
         if (!script.script().isEmpty())

@@ -39,7 +39,10 @@ public:
     Canvas& trialCanvas() const { return *m_trial.canvas; }
 
     QList<ScadaScriptAction> scripts(const Shape* shape) const { return m_page.events.scripts(shape); }
-    /// Replaces the scripts of \p shape, of the page itself for null; the same ones change nothing.
+    /// False for an object that could not be loaded: it is saved as it was read, with the scripts that it has there.
+    static bool canHaveScripts(const Shape* shape);
+    /// Replaces the scripts of \p shape, of the page itself for null; the same ones change nothing, and neither does
+    /// an object that can't have any.
     void setScripts(const Shape* shape, const QList<ScadaScriptAction>& scripts);
 
     bool isModified() const { return m_isModified; }

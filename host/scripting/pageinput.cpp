@@ -15,7 +15,8 @@ using Korvane::TriggerType;
 bool isModifier(int key)
 {
     return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_Meta ||
-           key == Qt::Key_AltGr || key == Qt::Key_unknown || key == 0;
+           key == Qt::Key_AltGr || key == Qt::Key_Super_L || key == Qt::Key_Super_R || key == Qt::Key_CapsLock ||
+           key == Qt::Key_NumLock || key == Qt::Key_ScrollLock || key == Qt::Key_unknown || key == 0;
 }
 
 } // namespace
@@ -100,6 +101,7 @@ void PageInput::release(const QMouseEvent& event)
 
 void PageInput::move(const QMouseEvent& event)
 {
+    m_movedAt = event.pos();
     if (m_isPressed && (event.pos() - m_pressedAt).manhattanLength() >= QApplication::startDragDistance())
         m_isClick = false; // the page is dragged
     Shape* const target = m_scripts.targetAt(m_view.toPage(event.pos()));
@@ -114,8 +116,10 @@ void PageInput::move(const QMouseEvent& event)
 
 void PageInput::leave()
 {
+    ScriptEvent event;
+    event.position = m_view.toPage(m_movedAt); // where it was last: the pointer is somewhere else by now
     if (m_isHovering)
-        m_scripts.fire(TriggerType::MouseLeave, m_hovered, {});
+        m_scripts.fire(TriggerType::MouseLeave, m_hovered, event);
     m_isHovering = false;
     m_hovered = nullptr;
 }

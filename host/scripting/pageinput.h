@@ -40,6 +40,7 @@ private:
     Shape* m_hovered = nullptr; ///< under the pointer
     Shape* m_keyed = nullptr;   ///< pressed last: keys come to it
     QPoint m_pressedAt;
+    QPoint m_movedAt;
     bool m_isPressed = false;
     bool m_isHovering = false; ///< the pointer is over the view
     bool m_isClick = false;    ///< if the button goes up where it went down

@@ -2,10 +2,11 @@
 
 #include "host/canvas/page.h"
 #include "host/runtime/runtimedatabase.h"
+#include "platform/data/datalinkinfo.h"
 #include "scada/binding/objecttarget.h"
 
 #include <algorithm>
-#include <optional>
+#include <unordered_map>
 
 namespace {
 
@@ -29,18 +30,35 @@ std::optional<ScriptHandler> handlerOf(TriggerType trigger)
     }
 }
 
-std::vector<ObjectKey> boundObjects(const Page& page, const Shape* shape)
+using BoundShapes = std::vector<std::pair<Shape*, std::vector<ObjectKey>>>;
+
+/// The shapes that are bound to objects, with these, in the order of their first actions.
+BoundShapes boundShapes(const Page& page)
 {
-    std::vector<ObjectKey> objects;
-    for (const ScadaTagActionInterface* action : page.actions->actionsOf(shape)) {
+    BoundShapes shapes;
+    std::unordered_map<const TesselInterface*, std::size_t> places;
+    for (ScadaTagActionInterface* action : page.actions->actions()) {
+        auto* shape = dynamic_cast<Shape*>(action->shape());
         QList<ObjectTarget*> targets;
-        const_cast<ScadaTagActionInterface*>(action)->collectTargets(targets);
+        action->collectTargets(targets);
         for (ObjectTarget* target : qAsConst(targets)) {
-            if (target->getPid() != 0)
-                objects.push_back({target->objectKindType(), target->getPid()});
+            if (!shape || target->getPid() == 0)
+                continue;
+            const auto [place, isNew] = places.emplace(shape, shapes.size());
+            if (isNew)
+                shapes.push_back({shape, {}});
+            shapes[place->second].second.push_back({target->objectKindType(), target->getPid()});
         }
     }
-    return objects;
+    return shapes;
+}
+
+// Actions that could not be loaded are none: what they stand for must not take events away from shapes beneath.
+bool hasActions(const Page& page, const Shape* shape)
+{
+    const std::vector<EventActions::Entry>& entries = page.events.of(shape);
+    return std::any_of(entries.begin(), entries.end(),
+                       [](const EventActions::Entry& entry) { return entry.action != nullptr; });
 }
 
 } // namespace
@@ -50,7 +68,7 @@ PageScripts::PageScripts(Page& page, KorvaneCoreInterface& core, ScriptEngine& e
     : QObject(parent), m_page(page), m_core(core), m_engine(engine), m_database(database)
 {
     for (Shape* shape : page.canvas->shapes()) {
-        if (!page.events.of(shape).empty())
+        if (hasActions(page, shape))
             m_heeding.push_back(shape);
         if (auto* table = dynamic_cast<Table*>(shape))
             m_tables.push_back({table, false});
@@ -70,22 +88,17 @@ void PageScripts::load()
     if (m_isLoaded)
         return;
     m_isLoaded = true;
-    for (Shape* shape : m_page.canvas->shapes()) {
-        std::vector<ObjectKey> objects = boundObjects(m_page, shape);
-        if (!objects.empty())
-            m_loading.emplace_back(shape, std::move(objects));
-    }
+    m_loading = boundShapes(m_page);
     for (Shape* shape : m_heeding)
-        fire(TriggerType::ObjectLoading, shape, {});
-    fire(TriggerType::CanvasLoad, nullptr, {});
-    noteChangedPoints(); // from here on, changes are told
+        fire(TriggerType::ObjectLoading, shape, std::nullopt);
+    fire(TriggerType::CanvasLoad, nullptr, std::nullopt);
 }
 
 void PageScripts::unload()
 {
     if (!m_isLoaded)
         return;
-    fire(TriggerType::CanvasUnload, nullptr, {});
+    fire(TriggerType::CanvasUnload, nullptr, std::nullopt);
     m_isLoaded = false;
 }
 
@@ -99,7 +112,7 @@ Shape* PageScripts::targetAt(const QPointF& position) const
     return found == m_heeding.rend() ? nullptr : *found;
 }
 
-void PageScripts::fire(TriggerType trigger, Shape* shape, const ScriptEvent& event)
+void PageScripts::fire(TriggerType trigger, Shape* shape, const std::optional<ScriptEvent>& event)
 {
     if (!m_isLoaded)
         return;
@@ -108,6 +121,8 @@ void PageScripts::fire(TriggerType trigger, Shape* shape, const ScriptEvent& eve
     if (const auto handler = handlerOf(trigger))
         call(shape, *handler);
     m_engine.setEvent(std::nullopt);
+    if (m_values.empty())
+        keepValues(); // there may be a handler now: from here on, changes are told
     serveTables();
 }
 
@@ -180,15 +195,19 @@ QVariant PageScripts::valueOf(ObjectKey object) const
 }
 
 // What changed before there was a handler is no news to it.
+void PageScripts::keepValues()
+{
+    m_values.clear();
+    if (!m_engine.hasHandler(m_page.canvas.get(), nullptr, ScriptHandler::PointValueChanged))
+        return;
+    for (const ObjectKey object : m_page.actions->boundObjects())
+        m_values.emplace_back(object, valueOf(object));
+}
+
 void PageScripts::noteChangedPoints()
 {
     if (!m_engine.hasHandler(m_page.canvas.get(), nullptr, ScriptHandler::PointValueChanged)) {
         m_values.clear();
-        return;
-    }
-    if (m_values.empty()) {
-        for (const ObjectKey object : m_page.actions->boundObjects())
-            m_values.emplace_back(object, valueOf(object));
         return;
     }
     for (auto& [object, known] : m_values) {
@@ -196,14 +215,16 @@ void PageScripts::noteChangedPoints()
         if (value == known)
             continue;
         known = value;
-        call(nullptr, ScriptHandler::PointValueChanged, {m_database.object(object)->name, value});
+        const QString tag = Korvane::tagPrefix(object.type) + m_database.object(object)->name;
+        call(nullptr, ScriptHandler::PointValueChanged, {tag, value});
     }
 }
 
 void PageScripts::noteLoadedShapes()
 {
     const auto hasValues = [this](const auto& waiting) {
-        return std::all_of(waiting.second.begin(), waiting.second.end(),
+        return m_engine.hasHandler(m_page.canvas.get(), waiting.first, ScriptHandler::DataLoaded) &&
+               std::all_of(waiting.second.begin(), waiting.second.end(),
                            [this](ObjectKey object) { return valueOf(object).isValid(); });
     };
     std::vector<Shape*> loaded;

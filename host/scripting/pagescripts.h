@@ -8,7 +8,7 @@
 #include <QObject>
 #include <QVariant>
 
-#include <unordered_map>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -45,7 +45,8 @@ public:
     Shape* targetAt(const QPointF& position) const;
 
     /// Something happened to \p shape, or to the page for null.
-    void fire(Korvane::TriggerType trigger, Shape* shape, const ScriptEvent& event);
+    /// \param event what the operator did; nothing where nobody did anything
+    void fire(Korvane::TriggerType trigger, Shape* shape, const std::optional<ScriptEvent>& event);
     /// \p shape, or the page for null, was clicked: comes after MousePress and MouseRelease.
     void click(Shape* shape, const ScriptEvent& event);
     /// The page is shown at another zoom.
@@ -59,6 +60,7 @@ private:
     void noteAct(Shape* shape, const QString& handler, const QVariantList& arguments);
     QStringList tableRow(Table& table, int row) override;
     void serveTables();
+    void keepValues();
     void noteChangedPoints();
     void noteLoadedShapes();
     QVariant valueOf(ObjectKey object) const;

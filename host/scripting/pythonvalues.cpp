@@ -22,12 +22,15 @@ void importDateTime()
         throw py::error_already_set();
 }
 
+// None for no time, and for one that Python has no room for.
 py::object timeToPython(const QDateTime& time)
 {
     importDateTime();
     const QDateTime utc = time.toUTC();
     const QDate date = utc.date();
     const QTime clock = utc.time();
+    if (!utc.isValid() || date.year() < 1 || date.year() > 9999)
+        return py::none();
     return py::reinterpret_steal<py::object>(PyDateTimeAPI->DateTime_FromDateAndTime(
         date.year(), date.month(), date.day(), clock.hour(), clock.minute(), clock.second(), clock.msec() * 1000,
         PyDateTime_TimeZone_UTC, PyDateTimeAPI->DateTimeType));

@@ -24,7 +24,8 @@ ScriptTrust::Answer ScriptTrust::answerFor(const QString& folder)
     const QString key = keyOf(folder);
     if (key.isEmpty() || !settings.contains(key))
         return Answer::NotAsked;
-    return settings.value(key).toBool() ? Answer::Trusted : Answer::Refused;
+    // A damaged answer is no yes, which QVariant would make of any text.
+    return settings.value(key).toString() == QLatin1String("true") ? Answer::Trusted : Answer::Refused;
 }
 
 bool ScriptTrust::setAnswer(const QString& folder, Answer answer)

@@ -1,5 +1,8 @@
 #include "apps/runtime/runtimeoptions.h"
+#include "host/scripting/scripttrust.h"
+#include "tests/support/ownsettings.h"
 #include "tests/support/temporaryfiles.h"
+#include "tests/support/testproject.h"
 
 #include <QDir>
 #include <QImage>
@@ -76,6 +79,7 @@ private Q_SLOTS:
         QVERIFY(!options->after);
         QCOMPARE(options->zoom, 1.0);
         QVERIFY(options->isStored);
+        QVERIFY(!options->areScriptsTrusted);
     }
 
     void everyOptionIsTaken()
@@ -85,7 +89,7 @@ private Q_SLOTS:
                    QStringLiteral("--after"), QStringLiteral("10s"), QStringLiteral("--source"),
                    QStringLiteral("simulation?seed=3"), QStringLiteral("folder"), QStringLiteral("--record"),
                    QStringLiteral("made.csv"), QStringLiteral("--zoom"), QStringLiteral("0.5"),
-                   QStringLiteral("--no-store")});
+                   QStringLiteral("--no-store"), QStringLiteral("--trust")});
         QVERIFY2(options, options ? "" : qPrintable(options.error()));
         QCOMPARE(options->project, QStringLiteral("folder"));
         QCOMPARE(options->page, QStringLiteral("overview"));
@@ -95,6 +99,7 @@ private Q_SLOTS:
         QVERIFY(options->after == milliseconds(10'000));
         QCOMPARE(options->zoom, 0.5);
         QVERIFY(!options->isStored);
+        QVERIFY(options->areScriptsTrusted);
     }
 
     void durations_data()
@@ -190,7 +195,8 @@ private Q_SLOTS:
         const Run help = run({QStringLiteral("--help")});
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.out.contains(QStringLiteral("Shows the pages of a project with live values.")));
-        for (const char* option : {"--page", "--screenshot", "--after", "--source", "--record", "--zoom", "--no-store"})
+        for (const char* option :
+             {"--page", "--screenshot", "--after", "--source", "--record", "--zoom", "--no-store", "--trust"})
             QVERIFY2(help.out.contains(QLatin1String(option)), option);
         const Run version = run({QStringLiteral("--version")});
         QCOMPARE(version.exitCode, 0);
@@ -306,6 +312,71 @@ private Q_SLOTS:
                  QStringLiteral("--screenshot"), files.path(QStringLiteral("picture.png"))});
         QCOMPARE(again.exitCode, 0);
     }
+
+    void whatScriptsPrintIsPrinted_data()
+    {
+        QTest::addColumn<bool>("isAsked"); // by --trust, or else by the user's answer
+        QTest::newRow("trusted for this run") << true;
+        QTest::newRow("trusted before") << false;
+    }
+    void whatScriptsPrintIsPrinted()
+    {
+        QFETCH(bool, isAsked);
+        const TestProject project;
+        project.write("pages/plant.pws",
+                      TestProject::plantPage().replace("print(1)", "print('loaded')\\nlog.info('told')"
+                                                                   "\\nlog.error('bad')\\n1 / 0"));
+        if (!isAsked)
+            QVERIFY(ScriptTrust::setAnswer(project.folder(), ScriptTrust::Answer::Trusted));
+        QStringList arguments = {project.folder(), QStringLiteral("--after=100ms"), QStringLiteral("--no-store"),
+                                 QStringLiteral("--screenshot"), project.path("picture.png")};
+        if (isAsked)
+            arguments.append(QStringLiteral("--trust"));
+        const Run left = run(arguments);
+        QCOMPARE(left.exitCode, 0);
+        QVERIFY2(left.out.startsWith(QStringLiteral("no display: the page is drawn off screen\nloaded\ntold\n")),
+                 qPrintable(left.out));
+        QVERIFY2(left.errors.contains(QStringLiteral("korvane-runtime: bad\n")), qPrintable(left.errors));
+        QVERIFY2(left.errors.contains(QStringLiteral("korvane-runtime: page \"plant\", event \"Canvas Load\", line 4: "
+                                                     "ZeroDivisionError: division by zero\n")),
+                 qPrintable(left.errors));
+        QVERIFY(!left.errors.contains(QStringLiteral("is not trusted")));
+        if (isAsked) // for that run alone
+            QVERIFY(ScriptTrust::answerFor(project.folder()) == ScriptTrust::Answer::NotAsked);
+    }
+
+    void untrustedScriptsAreNotRun_data()
+    {
+        QTest::addColumn<bool>("isRefused");
+        QTest::newRow("nobody was asked") << false;
+        QTest::newRow("the user refused") << true;
+    }
+    void untrustedScriptsAreNotRun()
+    {
+        QFETCH(bool, isRefused);
+        const TestProject project;
+        project.write("pages/plant.pws", TestProject::plantPage().replace("print(1)", "print('loaded')"));
+        if (isRefused)
+            QVERIFY(ScriptTrust::setAnswer(project.folder(), ScriptTrust::Answer::Refused));
+        const Run left = run({project.folder(), QStringLiteral("--after=100ms"), QStringLiteral("--no-store"),
+                              QStringLiteral("--screenshot"), project.path("picture.png")});
+        QCOMPARE(left.exitCode, 0);
+        QVERIFY(!left.out.contains(QStringLiteral("loaded")));
+        QVERIFY2(left.errors.contains(QStringLiteral("korvane-runtime: the page's scripts don't run: %1 is not trusted "
+                                                     "(--trust)\n")
+                                          .arg(project.folder())),
+                 qPrintable(left.errors));
+    }
+
+    void aWindowWithoutItsPageIsAFailure()
+    {
+        const Run left = run({demo, QStringLiteral("--no-store"), QStringLiteral("--page=nowhere")}, true);
+        QVERIFY2(left.errors.contains(QStringLiteral("nowhere.pws: there is no such page")), qPrintable(left.errors));
+        QCOMPARE(left.exitCode, 1);
+    }
+
+private:
+    OwnSettings m_settings;
 };
 
 QTEST_GUILESS_MAIN(tst_RuntimeOptions)

@@ -100,6 +100,10 @@ struct Runtime
         const Shape* shape = view().canvas().findShape(name);
         click(shape->place().center());
     }
+    void openExplanation() const
+    {
+        action(QStringLiteral("View"), QStringLiteral("Why does this shape look like this")).trigger();
+    }
     void closeTab(int place) const
     {
         QWidget* button = tabs().tabBar()->tabButton(place, QTabBar::RightSide);
@@ -139,7 +143,8 @@ private Q_SLOTS:
         const Runtime runtime;
         QCOMPARE(runtime.entries(QStringLiteral("Page")),
                  QStringList({QStringLiteral("overview"), QStringLiteral("statistics"), QString(),
-                              QStringLiteral("Close"), QStringLiteral("Quit")}));
+                              QStringLiteral("Run this project's scripts..."), QStringLiteral("Close"),
+                              QStringLiteral("Quit")}));
         runtime.action(QStringLiteral("Page"), QStringLiteral("statistics")).trigger();
         QCOMPARE(runtime.tabs().count(), 2);
         QCOMPARE(runtime.tabs().currentIndex(), 1);
@@ -209,11 +214,16 @@ private Q_SLOTS:
         QVERIFY(runtime.overview->canvas->layers()[2]->isVisible());
     }
 
-    void aClickExplainsAShape()
+    void aClickExplainsAShapeWhileThatIsAskedFor()
     {
         Runtime runtime;
+        const QImage plain = runtime.view().viewport()->grab().toImage();
+        runtime.clickShape(QStringLiteral("flow")); // is for the plant
+        QVERIFY(!runtime.dock("explanation").isVisible());
+        QCOMPARE(runtime.view().viewport()->grab().toImage(), plain);
+        runtime.openExplanation();
+        QCOMPARE(runtime.explanation().toPlainText(), QString());
         runtime.clickShape(QStringLiteral("flow"));
-        QVERIFY(runtime.dock("explanation").isVisible());
         const Shape* flow = runtime.overview->canvas->findShape(QStringLiteral("flow"));
         const QString text = runtime.explanation().toPlainText();
         QCOMPARE(text, explainShape(*runtime.overview, *flow, runtime.system->database()));
@@ -230,6 +240,7 @@ private Q_SLOTS:
     void theExplanationFollowsTheValues()
     {
         Runtime runtime;
+        runtime.openExplanation();
         runtime.clickShape(QStringLiteral("flow"));
         const QString before = runtime.explanation().toPlainText();
         runtime.run(2000);
@@ -242,8 +253,10 @@ private Q_SLOTS:
     void theExplanationIsCopiedAsAWhole()
     {
         const Runtime runtime;
+        runtime.openExplanation();
         runtime.clickShape(QStringLiteral("flow"));
         QTest::mouseClick(runtime.dock("explanation").findChild<QPushButton*>(), Qt::LeftButton);
+        QVERIFY(!runtime.explanation().toPlainText().isEmpty());
         QCOMPARE(QGuiApplication::clipboard()->text(), runtime.explanation().toPlainText());
         QVERIFY(!runtime.explanation().textCursor().hasSelection());
     }
@@ -251,7 +264,9 @@ private Q_SLOTS:
     void anotherPageForgetsTheExplanation()
     {
         const Runtime runtime;
+        runtime.openExplanation();
         runtime.clickShape(QStringLiteral("flow"));
+        QVERIFY(!runtime.explanation().toPlainText().isEmpty());
         runtime.action(QStringLiteral("Page"), QStringLiteral("statistics")).trigger();
         QCOMPARE(runtime.explanation().toPlainText(), QString());
     }
@@ -259,7 +274,9 @@ private Q_SLOTS:
     void aClosedPageForgetsTheExplanation()
     {
         Runtime runtime;
+        runtime.openExplanation();
         runtime.clickShape(QStringLiteral("flow"));
+        QVERIFY(!runtime.explanation().toPlainText().isEmpty());
         runtime.closeTab(0);
         QCOMPARE(runtime.explanation().toPlainText(), QString());
         runtime.run(200); // nobody asks the shape that went
@@ -371,6 +388,8 @@ private Q_SLOTS:
         QVERIFY(runtime.dock("explanation").isVisible());
         QTest::keyClick(runtime.window.get(), Qt::Key_F3);
         QVERIFY(runtime.dock("tags").isVisible());
+        QTest::keyClick(runtime.window.get(), Qt::Key_F4);
+        QVERIFY(runtime.dock("scripts").isVisible());
         QTest::keyClick(runtime.window.get(), Qt::Key_F11);
         QVERIFY(runtime.window->isFullScreen());
         QTest::keyClick(runtime.window.get(), Qt::Key_F11);
@@ -417,6 +436,17 @@ private Q_SLOTS:
         for (const QLabel* label : later.statusBar()->findChildren<QLabel*>())
             isTold |= label->text() == QStringLiteral("25 problem(s), the newest: problem 25");
         QVERIFY(isTold);
+    }
+
+    void aProblemTakesOneLineAndIsNoMarkup()
+    {
+        const Runtime runtime;
+        Q_EMIT runtime.system->dataService().problemFound(QStringLiteral("<b>line</b> 1\nthe way\nthere"));
+        QCOMPARE(runtime.problemText(), QStringLiteral("1 problem(s), the newest: <b>line</b> 1"));
+        for (const QLabel* label : runtime.window->statusBar()->findChildren<QLabel*>()) {
+            if (label->text() == runtime.problemText())
+                QCOMPARE(label->textFormat(), Qt::PlainText);
+        }
     }
 
     void theWindowGoesBeforeItsPages()

@@ -79,6 +79,34 @@ public:
         error = opened ? QString() : opened.error();
         return opened ? std::move(*opened) : nullptr;
     }
+    /// A page "scripted" with scripts of its own and of its label "s"; the label shows FLOW and the property "Shift".
+    void writeScripts(const QByteArray& load, const QByteArray& unload, const QByteArray& shape) const
+    {
+        const auto event = [](int trigger, const QByteArray& script) {
+            return "{\"trigger\":" + QByteArray::number(trigger) + ",\"type\":1001,\"script\":\"" + script + "\"}";
+        };
+        write("pages/scripted.pws", "{\"format\":\"korvane-page\",\"version\":1,\"events\":[" + event(6, load) + "," +
+                                        event(7, unload) +
+                                        json("],'layers':[{'name':'a','shapes':[{'class':'Label','name':'s',"
+                                             "'place':[0,0,9,9],'actions':[{'type':2,'targets':[{'tag':'FLOW'}]},"
+                                             "{'type':1,'targets':[{'tag':'@::Shift'}]}],'events':[") +
+                                        event(13, shape) + "]}]}]}");
+    }
+    std::unique_ptr<LiveSystem> openScripted(bool areTrusted)
+    {
+        LiveSystem::Options options;
+        options.folder = folder();
+        options.source = QStringLiteral("recording:") + path(QStringLiteral("rec.csv"));
+        options.machineClock = [this] { return machineMs; };
+        options.isStored = false;
+        options.areScriptsTrusted = areTrusted;
+        auto opened = LiveSystem::open(options);
+        if (!opened)
+            qFatal("%s", qPrintable(opened.error()));
+        QObject::connect(&(*opened)->scripts(), &ScriptEngine::stdOut,
+                         [this](const QString& text) { printed += text; });
+        return std::move(*opened);
+    }
     std::unique_ptr<LiveSystem> play(const QString& parameters = {})
     {
         return open(QStringLiteral("recording:%1%2").arg(path(QStringLiteral("rec.csv")), parameters));
@@ -100,6 +128,7 @@ public:
 
     qint64 machineMs = begin + 86'400'000;
     QString error;
+    QString printed; ///< by scripts
 
 private:
     TemporaryFiles m_files;
@@ -593,6 +622,123 @@ private Q_SLOTS:
         QVERIFY(!noProject);
         QVERIFY(noProject.error().endsWith(QStringLiteral("there is no such project folder")));
         QVERIFY(!QFile::exists(project.path(QStringLiteral("made.csv"))));
+    }
+
+    void trustedScriptsRunWhenAPageOpensAndCloses()
+    {
+        TestProject project;
+        project.writeScripts("print('page', pages.names(), pages.current())", "print('unload')", "print(shape.name)");
+        const auto system = project.openScripted(true);
+        QVERIFY(system->scripts().isEnabled());
+        const auto opened = system->openPage(QStringLiteral("scripted"));
+        QCOMPARE(project.printed, QStringLiteral("s\npage ['plant', 'scripted'] scripted\n"));
+        QVERIFY(!system->hasUntrustedScripts());
+        QVERIFY(system->scriptsOf(**opened));
+        QCOMPARE(&system->scriptsOf(**opened)->page(), *opened);
+        QVERIFY(system->openPage(QStringLiteral("scripted"))); // is open already
+        system->trustScripts();                                // and loaded
+        project.printed.clear();
+        QVERIFY(system->pages().close(QStringLiteral("scripted")));
+        QCOMPARE(project.printed, QStringLiteral("unload\n"));
+        QVERIFY(system->openPage(QStringLiteral("scripted")));
+        QVERIFY(project.printed.contains(QStringLiteral("page [")));
+        QCOMPARE(system->problems(), QStringList());
+    }
+
+    void scriptsOfPagesThatAreOpenAtTheEndRunTheirLast()
+    {
+        TestProject project;
+        project.writeScripts("pass", "print('unload', tags.read('FLOW'))", "pass");
+        auto system = project.openScripted(true);
+        QVERIFY(system->openPage(QStringLiteral("scripted")));
+        TestProject::startSources(*system);
+        project.run(*system, 100);
+        system.reset();
+        QCOMPARE(project.printed, QStringLiteral("unload 10.0\n"));
+    }
+
+    void untrustedScriptsWaitUntilTheyAreTrusted()
+    {
+        TestProject project;
+        project.writeScripts("print('page')", "print('unload')", "print(shape.name)");
+        const auto system = project.openScripted(false);
+        QVERIFY(!system->hasUntrustedScripts()); // no page is open
+        QVERIFY(system->openPage(QStringLiteral("plant")));
+        QVERIFY(!system->hasUntrustedScripts()); // one without scripts
+        QVERIFY(system->openPage(QStringLiteral("scripted")));
+        QVERIFY(system->hasUntrustedScripts());
+        QVERIFY(system->pages().close(QStringLiteral("scripted")));
+        QVERIFY(!system->hasUntrustedScripts());
+        QVERIFY(system->openPage(QStringLiteral("scripted")));
+        QCOMPARE(project.printed, QString());
+        system->trustScripts();
+        QCOMPARE(project.printed, QStringLiteral("s\npage\n"));
+        QVERIFY(!system->hasUntrustedScripts());
+        system->trustScripts();
+        QCOMPARE(project.printed, QStringLiteral("s\npage\n")); // once
+        QCOMPARE(system->problems(), QStringList());
+    }
+
+    void whatScriptsFailWithIsAProblem()
+    {
+        TestProject project;
+        project.writeScripts("log.info('info')\\nlog.warning('warning')\\nlog.error('error')", "pass", "nothing");
+        const auto system = project.openScripted(true);
+        QSignalSpy told(system.get(), &LiveSystem::problemFound);
+        QVERIFY(system->openPage(QStringLiteral("scripted")));
+        QCOMPARE(system->problems(),
+                 QStringList({QStringLiteral("page \"scripted\", shape \"s\", event \"On Object Loading\", line 1: "
+                                             "NameError: name 'nothing' is not defined"),
+                              QStringLiteral("error")}));
+        QCOMPARE(told.count(), 2);
+    }
+
+    void theLimitOfScriptsIsTheProjects()
+    {
+        TestProject project;
+        project.writeSettings("", json(", 'scriptLimitMs': 30"));
+        project.writeScripts("while True: pass", "pass", "pass");
+        const auto system = project.openScripted(true);
+        QVERIFY(system->scripts().limits().time == std::chrono::milliseconds(30));
+        QVERIFY(system->openPage(QStringLiteral("scripted")));
+        QVERIFY2(system->problems().value(0).contains(QStringLiteral("stopped: it ran longer than 30 ms")),
+                 qPrintable(system->problems().value(0)));
+    }
+
+    void scriptsHearOfValuesAndSeeTheRecordingsTime()
+    {
+        TestProject project;
+        project.writeScripts("def onPointValueChanged(name, value): print(name, value, korvane.now().second)", "pass",
+                             "def onDataLoaded(obj): print('loaded', obj.name)");
+        const auto system = project.openScripted(true);
+        const auto opened = system->openPage(QStringLiteral("scripted"));
+        TestProject::startSources(*system);
+        project.run(*system, 2000); // 12:26:40 to 42; also while the page is out of sight
+        QCOMPARE(project.printed, QStringLiteral("FLOW 10.0 40\nloaded s\nFLOW 20.0 41\nFLOW 30.0 42\n"));
+        QVERIFY(system->pages().close(QStringLiteral("scripted")));
+        project.printed.clear();
+        project.run(*system, 1000);
+        QCOMPARE(project.printed, QString());
+    }
+
+    void propertiesThatScriptsSetAreShown()
+    {
+        TestProject project;
+        project.writeScripts("korvane.set_property('Shift', 'night')", "pass", "pass");
+        const auto system = project.openScripted(true);
+        const auto opened = system->openPage(QStringLiteral("scripted"));
+        (*opened)->actions->setShown(true);
+        QCOMPARE(shapeProperty(**opened, "s", "Text"), QVariant(QStringLiteral("night")));
+        system->scripts().runForCanvas((*opened)->canvas.get(), QStringLiteral("korvane.set_property('Shift', 'day')"));
+        QCOMPARE(shapeProperty(**opened, "s", "Text"), QVariant(QStringLiteral("day")));
+    }
+
+    void aPageThatIsNotOpenHasNoScripts()
+    {
+        TestProject project;
+        const auto system = project.openScripted(true);
+        const Page other;
+        QVERIFY(!system->scriptsOf(other));
     }
 };
 

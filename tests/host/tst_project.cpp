@@ -43,7 +43,7 @@ private Q_SLOTS:
     {
         const TestFolder folder(json("{'version': 1, 'name': 'Water loop', 'startPage': 'overview',\n"
                                      " 'source': 'simulation?seed=2', 'timeZone': 'Asia/Seoul', 'tickMs': 200,\n"
-                                     " 'security': true, 'colour': 'blue'}"));
+                                     " 'security': true, 'scriptLimitMs': 500, 'colour': 'blue'}"));
         const auto project = Project::read(folder.path());
         QVERIFY2(project, project ? "" : qPrintable(project.error()));
         QCOMPARE(project->folder, folder.path());
@@ -52,6 +52,7 @@ private Q_SLOTS:
         QCOMPARE(project->source, QStringLiteral("simulation?seed=2"));
         QCOMPARE(project->timeZone, QStringLiteral("Asia/Seoul"));
         QVERIFY(project->tick == std::chrono::milliseconds(200));
+        QVERIFY(project->scriptLimit == std::chrono::milliseconds(500));
         QVERIFY(project->isSecured);
     }
 
@@ -65,6 +66,7 @@ private Q_SLOTS:
         QCOMPARE(project->source, QString());
         QCOMPARE(project->timeZone, QString());
         QVERIFY(project->tick == std::chrono::milliseconds(50));
+        QVERIFY(project->scriptLimit == std::chrono::seconds(2));
         QVERIFY(!project->isSecured);
     }
 
@@ -98,6 +100,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("settings");
         QTest::newRow("the shortest tick") << QByteArray("{'tickMs': 10}");
         QTest::newRow("the longest tick") << QByteArray("{'tickMs': 1000}");
+        QTest::newRow("the shortest limit of scripts") << QByteArray("{'scriptLimitMs': 10}");
+        QTest::newRow("the longest limit of scripts") << QByteArray("{'scriptLimitMs': 60000}");
         QTest::newRow("a tick as a real number") << QByteArray("{'tickMs': 50.0}");
         QTest::newRow("an empty zone is the system's") << QByteArray("{'timeZone': ''}");
         QTest::newRow("a version before all") << QByteArray("{'version': 0}");
@@ -139,6 +143,14 @@ private Q_SLOTS:
         row("a tick between two", "{'tickMs': 50.5}", "\"tickMs\" must be a whole number from 10 to 1000");
         row("a tick that is a text", "{'tickMs': '50'}", "\"tickMs\" must be a whole number from 10 to 1000");
         row("a tick beyond all whole numbers", "{'tickMs': 1e30}", "\"tickMs\" must be a whole number from 10 to 1000");
+        row("a limit of scripts that is too short", "{'scriptLimitMs': 9}",
+            "\"scriptLimitMs\" must be a whole number from 10 to 60000");
+        row("a limit of scripts that is too long", "{'scriptLimitMs': 60001}",
+            "\"scriptLimitMs\" must be a whole number from 10 to 60000");
+        row("a limit of scripts that is none", "{'scriptLimitMs': null}",
+            "\"scriptLimitMs\" must be a whole number from 10 to 60000");
+        row("a limit of scripts between two", "{'scriptLimitMs': 10.5}",
+            "\"scriptLimitMs\" must be a whole number from 10 to 60000");
         row("security that is a number", "{'security': 1}", "\"security\" must be true or false");
         row("the first of two", "{'tickMs': 5, 'name': 5}", "\"name\" must be a text");
     }
