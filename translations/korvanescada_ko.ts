@@ -118,6 +118,10 @@
         <source>Save the changes of %1?</source>
         <translation>%1의 변경 내용을 저장하시겠습니까?</translation>
     </message>
+    <message>
+        <source>&amp;Run this project&apos;s scripts...</source>
+        <translation>이 프로젝트의 스크립트 실행(&amp;R)...</translation>
+    </message>
 </context>
 <context>
     <name>ExplanationDock</name>

@@ -3,6 +3,7 @@
 #include "apps/designer/objectdock.h"
 #include "host/canvas/canvasview.h"
 #include "host/design/designdocument.h"
+#include "host/scripting/scripttrust.h"
 #include "host/scripting/trustbar.h"
 #include "scada/actions/korvanescriptoreditor.h"
 #include "scada/actions/scriptoperationsetting.h"
@@ -67,7 +68,9 @@ DesignerWindow::DesignerWindow(DesignSystem& system, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(m_trust);
-    m_trust->setVisible(!system.scripts().isEnabled());
+    // Asked once for a folder; whoever refused finds it in the menu.
+    m_trust->setVisible(!system.scripts().isEnabled() &&
+                        ScriptTrust::answerFor(system.project().folder) == ScriptTrust::Answer::NotAsked);
     connect(m_trust, &TrustBar::trusted, this, &DesignerWindow::trustScripts);
     setCentralWidget(m_content);
     buildDocks();
@@ -103,6 +106,8 @@ void DesignerWindow::buildMenus()
         pages->addAction(name, this, [this, name] { openByUser(name); });
     file->addAction(tr("&Save"), this, &DesignerWindow::save, QKeySequence::Save);
     file->addSeparator();
+    m_trustAction = file->addAction(tr("&Run this project's scripts..."), m_trust, &QWidget::show);
+    m_trustAction->setVisible(!m_system.scripts().isEnabled());
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
@@ -289,6 +294,7 @@ void DesignerWindow::trustScripts()
 {
     m_system.scripts().setEnabled(true);
     m_trust->hide();
+    m_trustAction->setVisible(false);
 }
 
 void DesignerWindow::closeEvent(QCloseEvent* event)

@@ -64,6 +64,7 @@ private:
     QDockWidget* m_scriptDock;
     ScriptOperationSetting* m_scripts = nullptr; ///< of the selected object
     TrustBar* m_trust;
+    QAction* m_trustAction = nullptr;
     QWidget* m_content;
     QLabel* m_problems;
     bool m_isEdited = false; ///< the editor's text is another than that of the document

@@ -1,6 +1,5 @@
 #include "host/canvas/eventactions.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -54,23 +53,43 @@ QList<ScadaScriptAction> EventActions::scripts(const Shape* shape) const
 
 void EventActions::setScripts(const Shape* shape, const QList<ScadaScriptAction>& scripts)
 {
-    std::vector<Entry>& entries = m_entries[shape];
-    std::map<Korvane::TriggerType, QByteArray> unknown; // of the scripts so far, for those that stay
-    for (const Entry& entry : entries) {
-        if (const auto script = scriptOf(entry); script && !entry.unknown.isEmpty())
-            unknown.emplace(script->triggetType(), entry.unknown);
+    using Korvane::TriggerType;
+    QMap<TriggerType, QString> before;
+    QList<ScadaScriptAction> present = this->scripts(shape);
+    for (ScadaScriptAction& script : present)
+        before.insert(script.triggetType(), script.script());
+    QMap<TriggerType, QString> after;
+    for (ScadaScriptAction script : scripts) {
+        if (!script.script().isEmpty())
+            after.insert(script.triggetType(), script.script());
     }
-    entries.erase(std::remove_if(entries.begin(), entries.end(), [](const Entry& entry) { return scriptOf(entry); }),
-                  entries.end());
-    for (const ScadaScriptAction& script : scripts) {
-        if (script.script().isEmpty())
-            continue;
-        auto added = std::make_unique<ScadaScriptAction>(script);
-        const QByteArray kept = unknown[added->triggetType()];
-        entries.push_back({std::move(added), kept});
+    // A changed script stands in the place of the first of its trigger, the others of it are in it; unchanged ones stay
+    // as they are.
+    QMap<TriggerType, QString> waiting = after;
+    std::vector<Entry> kept;
+    for (Entry& entry : m_entries[shape]) {
+        ScadaScriptAction* script = scriptOf(entry);
+        const TriggerType trigger = script ? script->triggetType() : TriggerType::None;
+        const bool isAsBefore = !script || (after.contains(trigger) && after[trigger] == before.value(trigger));
+        if (script && isAsBefore) {
+            waiting.remove(trigger);
+        } else if (script) {
+            if (!waiting.contains(trigger))
+                continue;
+            script->setScript(waiting.take(trigger));
+        }
+        kept.push_back(std::move(entry));
     }
-    if (entries.empty())
+    for (auto added = waiting.constBegin(); added != waiting.constEnd(); ++added) {
+        auto script = std::make_unique<ScadaScriptAction>();
+        script->setTriggerType(added.key());
+        script->setScript(added.value());
+        kept.push_back({std::move(script)});
+    }
+    if (kept.empty())
         m_entries.erase(shape);
+    else
+        m_entries[shape] = std::move(kept);
 }
 
 std::unique_ptr<ScadaEventActionInterface> EventActions::make(int type)

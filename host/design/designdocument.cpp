@@ -88,7 +88,8 @@ tl::expected<void, QString> DesignDocument::save()
 {
     if (auto written = PageWriter::writeFile(m_page, m_page.fileName); !written)
         return written;
-    m_fileHash = hashOfFile(m_page.fileName);
+    // Of what was written: somebody else may have written since.
+    m_fileHash = QCryptographicHash::hash(PageWriter::write(m_page), QCryptographicHash::Sha256);
     setModified(false);
     return {};
 }

@@ -56,6 +56,11 @@ struct ScriptHandlerInfo
     const char* meaning = ""; ///< when it is called
 };
 
+inline uint qHash(ScriptHandler handler)
+{
+    return static_cast<uint>(handler);
+}
+
 KORVANE_HOST_EXPORT const ScriptHandlerInfo& scriptHandlerInfo(ScriptHandler handler);
 /// \returns nothing for a name that is no handler's; case-sensitive.
 KORVANE_HOST_EXPORT std::optional<ScriptHandler> scriptHandlerOf(const QString& name);

@@ -189,7 +189,7 @@ void defineEvent(py::module_& module)
     py::class_<ScriptEvent>(module, "Event", "What the event that runs a script brings along, beyond its trigger.")
         .def_property_readonly(
             "x", [](const ScriptEvent& event) { return event.position.x(); },
-            "Where the pointer was, in units of the page from its left edge.")
+            "Where the pointer was, in units of the page from its left edge; 0 for a key.")
         .def_property_readonly(
             "y", [](const ScriptEvent& event) { return event.position.y(); }, "Likewise from its top edge.")
         .def_property_readonly(

@@ -27,6 +27,13 @@ QString triggerText(Korvane::TriggerType trigger)
     return action.triggerName();
 }
 
+// Called without anybody's doing.
+bool isPolled(ScriptHandler handler)
+{
+    return handler == ScriptHandler::PointValueChanged || handler == ScriptHandler::DataLoaded ||
+           handler == ScriptHandler::RowDataRequest;
+}
+
 } // namespace
 
 ScriptSession* ScriptSession::s_running = nullptr;
@@ -331,7 +338,14 @@ bool ScriptSession::finish(const Context& context, const QString& title, bool is
     const QString failure = isStopping() ? QString() : failureText(context, title);
     PyErr_Clear();
     if (!isStopping()) {
-        report(failure);
+        // What the program calls again and again tells the same only once.
+        const bool isRepeated = context.handler && m_toldFailures.value(*context.handler) == failure;
+        if (context.handler)
+            m_toldFailures.insert(*context.handler, failure);
+        if (isRepeated && isPolled(*context.handler))
+            lastError = failure;
+        else
+            report(failure);
     } else if (m_depth == 1) {
         if (!context.isEvent())
             trial.line = m_stopLine;

@@ -6,6 +6,7 @@
 #include "platform/data/datafieldinfo.h"
 #include "platform/data/objectkey.h"
 
+#include <QHash>
 #include <QStringList>
 
 #include <functional>
@@ -126,4 +127,5 @@ private:
     qint64 m_printed = 0; ///< characters since the outermost script began
     QString m_stopReason; ///< empty unless the script that runs is to end
     int m_stopLine = 0;
+    QHash<ScriptHandler, QString> m_toldFailures; ///< the newest of each handler
 };

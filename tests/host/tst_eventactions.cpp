@@ -195,7 +195,7 @@ private Q_SLOTS:
         events.add(&m_shape, unloaded("{\"type\":99}"));
         events.add(&m_shape, {std::move(other), "{\"by\":\"hand\"}"});
         events.setScripts(&m_shape, {scriptOf(TriggerType::MousePress, text("new"))});
-        QCOMPARE(listed(events.of(&m_shape)), text("- {\"type\":99} | - {\"by\":\"hand\"} | 8: new"));
+        QCOMPARE(listed(events.of(&m_shape)), text("8: new | - {\"type\":99} | - {\"by\":\"hand\"}"));
         QCOMPARE(events.of(&m_shape)[1].action.get(), kept);
         events.setScripts(&m_shape, {});
         QCOMPARE(listed(events.of(&m_shape)), text("- {\"type\":99} | - {\"by\":\"hand\"}"));
@@ -210,7 +210,7 @@ private Q_SLOTS:
         events.setScripts(&m_shape, {scriptOf(TriggerType::KeyPress, text("other key")),
                                      scriptOf(TriggerType::MousePress, text("other press")),
                                      scriptOf(TriggerType::MouseLeave, text("leave"))});
-        QCOMPARE(listed(events.of(&m_shape)), text("5: other key | 8: other press {\"by\":1} | 4: leave"));
+        QCOMPARE(listed(events.of(&m_shape)), text("8: other press {\"by\":1} | 5: other key | 4: leave"));
     }
 
     void whatIsSetReadsBackTheSame()

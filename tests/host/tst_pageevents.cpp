@@ -437,7 +437,7 @@ private Q_SLOTS:
         page->events.setScripts(nullptr, {press});
         const QByteArray saved = PageWriter::write(*page);
         QCOMPARE(eventsOf(saved),
-                 valueOf(json("[{'type':99},{'trigger':8,'type':1001,'script':['b','\\tc',''],'by':'hand'}]")));
+                 valueOf(json("[{'trigger':8,'type':1001,'script':['b','\\tc',''],'by':'hand'},{'type':99}]")));
         QCOMPARE(parsed(saved)[QStringLiteral("events")],
                  valueOf(json("[{'trigger':8,'type':1001,'script':['b','\\tc','']}]")));
         const auto again = pages.read(saved);

@@ -167,26 +167,21 @@ private Q_SLOTS:
         QTest::newRow("the limit passes in one long step") << text("def onClick(): pass\nx = 3 ** 6000000\n");
         QTest::newRow("a trace of its own that raises")
             << text("import sys\ndef f(*a): raise ValueError('x')\nsys.settrace(f)\ndef g(): pass\ng()\n");
-        QTest::newRow("a syntax error made up")
-            << text("raise SyntaxError('x', ('<script>', 'one', 1, 't'))\n");
-        QTest::newRow("a line beyond all lines")
-            << text("raise SyntaxError('x', ('<script>', 10 ** 30, 1, 't'))\n");
+        QTest::newRow("a syntax error made up") << text("raise SyntaxError('x', ('<script>', 'one', 1, 't'))\n");
+        QTest::newRow("a line beyond all lines") << text("raise SyntaxError('x', ('<script>', 10 ** 30, 1, 't'))\n");
         QTest::newRow("a message without end") << text("raise ValueError('x' * 100000000)\n");
-        QTest::newRow("a file name that is half a pair")
-            << text("exec(compile('1/0', '\\ud800', 'exec'))\n");
+        QTest::newRow("a file name that is half a pair") << text("exec(compile('1/0', '\\ud800', 'exec'))\n");
         QTest::newRow("no builtins") << text("globals()['__builtins__'] = 5\nprint(1)\n");
-        QTest::newRow("no modules")
-            << text("import sys\nkept = dict(sys.modules)\nsys.modules.pop('builtins')\ntry:\n    1/0\nfinally:\n    "
-                    "sys.modules.update(kept)\n");
-        QTest::newRow("output that is gone")
-            << text("import sys\nsys.stdout = sys.stderr = None\nprint('x')\n1/0\n");
+        QTest::newRow("no modules") << text(
+            "import sys\nkept = dict(sys.modules)\nsys.modules.pop('builtins')\ntry:\n    1/0\nfinally:\n    "
+            "sys.modules.update(kept)\n");
+        QTest::newRow("output that is gone") << text("import sys\nsys.stdout = sys.stderr = None\nprint('x')\n1/0\n");
         QTest::newRow("recursion without measure")
             << text("import sys\nsys.setrecursionlimit(10 ** 9)\nclass C:\n    def __getattr__(self, name): return "
                     "getattr(self, name + 'x')\nC().a\n");
         QTest::newRow("names of its own for what scripts find")
             << text("tags = pages = log = alarms = korvane = canvas = None\n");
-        QTest::newRow("switching that waits")
-            << text("import sys\nsys.setswitchinterval(3600)\n");
+        QTest::newRow("switching that waits") << text("import sys\nsys.setswitchinterval(3600)\n");
         QTest::newRow("a fork") << text("import os\nos.fork()\n");
         QTest::newRow("an end of itself by a signal") << text("import os\nos.kill(os.getpid(), 9)\n");
     }
@@ -289,8 +284,10 @@ private Q_SLOTS:
     {
         Plant plant;
         plant.run("def shared(): print(shape.name)");
-        plant.engine.runAction(&plant.canvas, plant.shape("first"), text("onClick = shared"), TriggerType::ObjectLoading);
-        plant.engine.runAction(&plant.canvas, plant.shape("second"), text("onClick = shared"), TriggerType::ObjectLoading);
+        plant.engine.runAction(&plant.canvas, plant.shape("first"), text("onClick = shared"),
+                               TriggerType::ObjectLoading);
+        plant.engine.runAction(&plant.canvas, plant.shape("second"), text("onClick = shared"),
+                               TriggerType::ObjectLoading);
         QVERIFY(plant.engine.callHandler(&plant.canvas, plant.shape("first"), ScriptHandler::Click));
         QVERIFY(plant.engine.callHandler(&plant.canvas, plant.shape("second"), ScriptHandler::Click));
         QCOMPARE(plant.out, text("first\nsecond\n"));
@@ -304,17 +301,35 @@ private Q_SLOTS:
         QVERIFY(plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::Click));
     }
 
+    void aFailureWithoutAnybodysDoingIsToldOnce()
+    {
+        Plant plant;
+        plant.run("def onPointValueChanged(name, value): 1 / value\ndef onClick(): 1/0");
+        QSignalSpy failures(&plant.engine, &ScriptEngine::failed);
+        for (int time = 0; time < 3; ++time)
+            plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::PointValueChanged, {text("LT-1"), 0});
+        QCOMPARE(failures.size(), 1);
+        QVERIFY(plant.engine.lastError().contains(text("ZeroDivisionError")));
+        plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::PointValueChanged, {text("LT-1"), text("x")});
+        QCOMPARE(failures.size(), 2);
+        for (int time = 0; time < 2; ++time)
+            plant.engine.callHandler(&plant.canvas, nullptr, ScriptHandler::Click);
+        QCOMPARE(failures.size(), 4);
+    }
+
     void childrenCanBeEnded()
     {
         Plant plant;
-        QCOMPARE(plant.run("import subprocess\np = subprocess.Popen(['sleep', '60'])\np.terminate()\nprint(p.wait() != 0)"),
-                 text("True\n"));
+        QCOMPARE(
+            plant.run("import subprocess\np = subprocess.Popen(['sleep', '60'])\np.terminate()\nprint(p.wait() != 0)"),
+            text("True\n"));
     }
 
     void textsAreUtf8Everywhere()
     {
         Plant plant;
-        QCOMPARE(plant.run("import sys, locale\nprint(sys.flags.utf8_mode, open(__import__('os').devnull).encoding.lower())"),
+        QCOMPARE(plant.run(
+                     "import sys, locale\nprint(sys.flags.utf8_mode, open(__import__('os').devnull).encoding.lower())"),
                  text("1 utf-8\n"));
     }
 
