@@ -196,7 +196,7 @@ private Q_SLOTS:
         events.add(&m_shape, {std::move(other), "{\"by\":\"hand\"}"});
         events.setScripts(&m_shape, {scriptOf(TriggerType::MousePress, text("new"))});
         QCOMPARE(listed(events.of(&m_shape)), text("8: new | - {\"type\":99} | - {\"by\":\"hand\"}"));
-        QCOMPARE(events.of(&m_shape)[1].action.get(), kept);
+        QCOMPARE(events.of(&m_shape)[2].action.get(), kept);
         events.setScripts(&m_shape, {});
         QCOMPARE(listed(events.of(&m_shape)), text("- {\"type\":99} | - {\"by\":\"hand\"}"));
     }
@@ -234,8 +234,8 @@ private Q_SLOTS:
     }
 
 private:
-    const Label m_shape;
-    const Label m_other;
+    const Label m_shape{};
+    const Label m_other{};
 };
 
 QTEST_MAIN(tst_EventActions)
