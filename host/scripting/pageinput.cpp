@@ -30,6 +30,9 @@ PageInput::PageInput(CanvasView& view, PageScripts& scripts) : QObject(&view), m
 
 bool PageInput::eventFilter(QObject* watched, QEvent* event)
 {
+    // While the view is being destroyed the pointer still leaves it, and it is no view any more.
+    if (!qobject_cast<CanvasView*>(parent()))
+        return false;
     if (watched == &m_view) {
         if (event->type() == QEvent::KeyPress)
             pressKey(*static_cast<QKeyEvent*>(event));
