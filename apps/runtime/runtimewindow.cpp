@@ -201,7 +201,7 @@ void RuntimeWindow::showPage(Page& page)
     m_tabs.setCurrentWidget(view);
     heedTab();
     // Asked once for a folder; whoever refused finds it in the menu.
-    if (m_system.hasUntrustedScripts() && !m_trust->isAnswered() &&
+    if (m_system.hasUntrustedScripts() &&
         ScriptTrust::answerFor(m_system.project().folder) == ScriptTrust::Answer::NotAsked)
         m_trust->show();
 }

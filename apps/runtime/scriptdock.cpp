@@ -11,6 +11,23 @@
 namespace {
 
 constexpr int mostLines = 5000;
+constexpr int longestLine = 1000; // the cost of showing one grows with the square of its length
+
+// The text with line feeds where its lines would become too long, the first of which has \p begun characters already.
+QString inLines(const QString& text, int begun)
+{
+    QString lines;
+    lines.reserve(text.size() + text.size() / longestLine);
+    for (const QChar each : text) {
+        if (begun >= longestLine && each != QLatin1Char('\n') && !each.isLowSurrogate()) {
+            lines += QLatin1Char('\n');
+            begun = 0;
+        }
+        begun = each == QLatin1Char('\n') ? 0 : begun + 1;
+        lines += each;
+    }
+    return lines;
+}
 
 } // namespace
 
@@ -50,7 +67,7 @@ void ScriptDock::insert(const QString& text)
     const bool isAtEnd = bar->value() == bar->maximum();
     QTextCursor end(m_text.document());
     end.movePosition(QTextCursor::End);
-    end.insertText(text);
+    end.insertText(inLines(text, end.positionInBlock()));
     if (isAtEnd)
         bar->setValue(bar->maximum());
 }

@@ -145,7 +145,8 @@ PyObject* interned(const char* name)
 
 [[noreturn]] void refuse(const PyStatus& status)
 {
-    throw std::runtime_error(std::string("Python can't be started: ") + (status.err_msg ? status.err_msg : "no reason"));
+    throw std::runtime_error(std::string("Python can't be started: ") +
+                             (status.err_msg ? status.err_msg : "no reason"));
 }
 
 /// Without what the user's environment says, and with UTF-8 everywhere: a project's scripts run alike on every machine.
@@ -276,8 +277,7 @@ int PythonRuntime::currentLine()
     while (frame && !frame.is_none()) {
         auto* const raw = reinterpret_cast<PyFrameObject*>(frame.ptr());
         const auto code = py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(PyFrame_GetCode(raw)));
-        const auto name =
-            py::reinterpret_steal<py::object>(PyObject_GetAttrString(code.ptr(), "co_filename"));
+        const auto name = py::reinterpret_steal<py::object>(PyObject_GetAttrString(code.ptr(), "co_filename"));
         if (name && PyUnicode_Check(name.ptr()) && PythonValues::text(name.ptr()).startsWith(QLatin1String("<script")))
             return PyFrame_GetLineNumber(raw);
         frame = py::reinterpret_steal<py::object>(reinterpret_cast<PyObject*>(PyFrame_GetBack(raw)));

@@ -189,8 +189,7 @@ void ScriptModule::definePages(py::module_ pages)
             KVCanvasManagerInterface* manager = session().hub().core()->canvasManager();
             return manager && manager->findCanvas(text(name.ptr())) != nullptr;
         },
-        py::arg("name"),
-        "is_open(name)\n\nWhether the page of that name is open.");
+        py::arg("name"), "is_open(name)\n\nWhether the page of that name is open.");
     pages.def(
         "open", &openPage, py::arg("name"),
         "open(name)\n\nOpens a page, or brings it to the front, once the script has ended. Raises LookupError for a "

@@ -73,7 +73,7 @@ ScriptNamespace::Functions ScriptNamespace::functions() const
 }
 
 QStringList ScriptNamespace::adoptHandlers(TesselInterface* owner, const Functions& before,
-                                          const PythonRuntime::Code& code)
+                                           const PythonRuntime::Code& code)
 {
     QStringList refused;
     const Functions now = functions();

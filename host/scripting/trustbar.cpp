@@ -41,7 +41,6 @@ void TrustBar::answer(bool isTrusted)
 {
     // An answer that can't be kept counts for now; it is asked for again the next time.
     ScriptTrust::setAnswer(m_folder, isTrusted ? ScriptTrust::Answer::Trusted : ScriptTrust::Answer::Refused);
-    m_isAnswered = true;
     hide();
     if (isTrusted)
         Q_EMIT trusted();

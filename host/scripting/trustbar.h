@@ -14,9 +14,6 @@ public:
     /// \param folder of the project
     explicit TrustBar(const QString& folder, QWidget* parent = nullptr);
 
-    /// Whether the user has answered this bar, whether or not the answer could be kept.
-    bool isAnswered() const { return m_isAnswered; }
-
 Q_SIGNALS:
     /// The user lets the scripts run.
     void trusted();
@@ -25,5 +22,4 @@ private:
     void answer(bool isTrusted);
 
     QString m_folder;
-    bool m_isAnswered = false;
 };

@@ -360,7 +360,7 @@ private Q_SLOTS:
 
     void theDockFollowsTheNewestUnlessTheUserReads()
     {
-        Plant plant(page("pass", "for n in range(6000): print(n)"));
+        Plant plant(page("pass", "print(*range(6000), sep=chr(10))"));
         plant.start();
         QTest::keyClick(plant.window.get(), Qt::Key_F4);
         plant.clickBox();
@@ -374,6 +374,24 @@ private Q_SLOTS:
         bar->setValue(bar->maximum());
         plant.system->scripts().run(text("print('more')\nprint('and more')"));
         QCOMPARE(bar->value(), bar->maximum());
+    }
+
+    void endlessLinesAreBroken()
+    {
+        Plant plant(page("pass", "for n in range(2500): print('.', end='')\\n\\tprint('\\ud83d\\udca7' * 1000)"
+                                 "\\n\\tprint('x' * 1000)\\n\\tprint('y' * 3000000)"));
+        plant.start();
+        plant.clickBox();
+        QCOMPARE(plant.system->problems(), QStringList());
+        const QStringList lines = plant.output().split(QLatin1Char('\n'));
+        QCOMPARE(lines[0], QString(1000, QLatin1Char('.')));
+        QCOMPARE(lines[2].left(501), QString(500, QLatin1Char('.')) + QChar(0xd83d));
+        QVERIFY(!lines[3].at(0).isLowSurrogate()); // a pair stays together
+        const int after = lines.indexOf(QString(1000, QLatin1Char('x')));
+        QVERIFY(after > 0);
+        QCOMPARE(lines.size(), after + 1 + 3000 + 1);
+        QCOMPARE(lines[after + 3000], QString(1000, QLatin1Char('y')));
+        QCOMPARE(lines.last(), QString());
     }
 
     void theDemosPumpOpensTheStatistics()

@@ -90,6 +90,7 @@ private Q_SLOTS:
         desk.set(desk.shape("box"), TriggerType::MouseHover, "if 1:\n\tpass\n");
         desk.set(nullptr, TriggerType::CanvasUnload, "x = '\xc3\xa4'");
         QVERIFY(desk.document->save());
+        QVERIFY(!desk.document->isFileChanged()); // by anybody else
         desk.reopen();
         QCOMPARE(desk.document->page().problems.size(), 1); // what could not be loaded before
         QCOMPARE(desk.scripts(desk.shape("box")), text("3: if 1:\n\tpass\n"));

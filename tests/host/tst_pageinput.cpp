@@ -85,10 +85,10 @@ struct Desk : ScriptPage
         QCursor::setPos(700, 500);
         QCoreApplication::processEvents();
     }
-    void releaseOutside() const
+    /// A release at a place of the view, or outside of it, whether or not there was a press.
+    void sendRelease(const QPoint& place) const
     {
-        const QPoint outside(500, 300);
-        QMouseEvent event(QEvent::MouseButtonRelease, outside, view->viewport()->mapToGlobal(outside), Qt::LeftButton,
+        QMouseEvent event(QEvent::MouseButtonRelease, place, view->viewport()->mapToGlobal(place), Qt::LeftButton,
                           Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(view->viewport(), &event);
     }
@@ -176,7 +176,7 @@ private Q_SLOTS:
         Desk desk;
         desk.show();
         desk.press(onA);
-        desk.releaseOutside();
+        desk.sendRelease({500, 300});
         QCOMPARE(desk.printed(), text("a press, a release"));
     }
 
@@ -243,7 +243,7 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.show();
-        desk.release(onA); // the press was another window's
+        desk.sendRelease(desk.toView(onA)); // the press was another window's
         QCOMPARE(desk.printed(), QString());
     }
 
