@@ -5,7 +5,6 @@
 #include "host/scripting/scripttrust.h"
 
 #include <QApplication>
-#include <QTextStream>
 #include <QTranslator>
 
 namespace {

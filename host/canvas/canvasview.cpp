@@ -23,7 +23,6 @@ namespace {
 
 constexpr int manyRects = 32;        // a region of more is repainted as a whole
 constexpr double stepsADoubling = 4; // of the wheel
-constexpr int wheelStep = 120;       // Qt's unit of a wheel's notch
 constexpr int markWidth = 2;         // of what is selected or has the keyboard
 constexpr int markDistance = 3;      // of the keyboard's frame from its shape
 
@@ -387,7 +386,7 @@ void CanvasView::wheelEvent(QWheelEvent* event)
         return;
     }
     const QPointF held = toPage(pointer);
-    setZoom(zoom() * std::exp2(event->angleDelta().y() / (wheelStep * stepsADoubling)));
+    setZoom(zoom() * std::exp2(event->angleDelta().y() / (QWheelEvent::DefaultDeltasPerStep * stepsADoubling)));
     horizontalScrollBar()->setValue(qRound(held.x() * zoom()) - pointer.x());
     verticalScrollBar()->setValue(qRound(held.y() * zoom()) - pointer.y());
 }

@@ -5,13 +5,12 @@
 #include "host/shapes/shapeinput.h"
 
 #include <QApplication>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <utility>
 
 namespace {
-
-constexpr int wheelStep = 120; // Qt's unit of a wheel's notch
 
 bool opensEditors(int key)
 {
@@ -98,8 +97,8 @@ bool OperatorInput::turnWheel(Shape* shape, int angle)
     if (!input)
         return false;
     m_angle += angle * QApplication::wheelScrollLines();
-    const int rows = m_angle / wheelStep;
-    m_angle -= rows * wheelStep;
+    const int rows = m_angle / QWheelEvent::DefaultDeltasPerStep;
+    m_angle -= rows * QWheelEvent::DefaultDeltasPerStep;
     return input->turnWheel(-rows);
 }
 
