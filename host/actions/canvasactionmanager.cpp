@@ -164,10 +164,24 @@ QList<ScadaTagActionInterface*> CanvasActionManager::actionsOf(const TesselInter
 QList<ScadaTagActionInterface*> CanvasActionManager::actionsBoundTo(ObjectKey object) const
 {
     QList<ScadaTagActionInterface*> found;
-    for (const Entry& entry : m_entries) {
+    const auto take = [&](const Entry& entry) {
         if (isBound(targetsOf(*entry.action), object))
             found.append(entry.action.get());
+    };
+    if (!isIndexCurrent()) {
+        std::for_each(m_entries.begin(), m_entries.end(), take);
+        return found;
     }
+    std::vector<int> places = m_index.always;
+    if (const IdMap<std::vector<int>>* family = indexOf(object.type)) {
+        const auto bound = family->find(static_cast<quint32>(object.id));
+        if (bound != family->end())
+            places.insert(places.end(), bound->second.begin(), bound->second.end());
+    }
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    for (const int place : places)
+        take(m_entries[static_cast<std::size_t>(place)]);
     return found;
 }
 
@@ -447,6 +461,11 @@ CanvasActionManager::LastChange CanvasActionManager::lastChange(const ScadaTagAc
 }
 
 // Which actions a batch concerns
+
+const CanvasActionManager::IdMap<std::vector<int>>* CanvasActionManager::indexOf(ScadaObjectType type) const
+{
+    return const_cast<CanvasActionManager*>(this)->indexOf(type);
+}
 
 CanvasActionManager::IdMap<std::vector<int>>* CanvasActionManager::indexOf(ScadaObjectType type)
 {

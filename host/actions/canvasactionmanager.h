@@ -123,6 +123,7 @@ private:
     void makeIndex();
     void indexTargets(int place);
     IdMap<std::vector<int>>* indexOf(Korvane::ScadaObjectType type);
+    const IdMap<std::vector<int>>* indexOf(Korvane::ScadaObjectType type) const;
     bool isIndexCurrent() const;
     void collectConcerned(const MwDataDepartment& batch);
     void pass(int place, const MwDataDepartment& batch, bool isTurn);

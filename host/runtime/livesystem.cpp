@@ -47,6 +47,7 @@ tl::expected<std::unique_ptr<LiveSystem>, QString> LiveSystem::open(const Option
         return tl::make_unexpected(opened.error());
     if (options.isStored && !system->m_replay)
         system->openStore();
+    system->startAlarms();
     if (!system->m_core.scadaCoreInterface()->open())
         return tl::make_unexpected(QStringLiteral("the service hub lacks a service")); // a defect of this class
     return system;
@@ -58,6 +59,7 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
       m_isClockGiven(options.machineClock != nullptr),
       m_core([this] { return QDateTime::fromMSecsSinceEpoch(nowMs(), Qt::UTC); }),
       m_dataService(m_database, *m_core.scadaCoreInterface()),
+      m_alarms(m_database, *m_core.scadaCoreInterface()),
       m_managers(m_core.scadaCoreInterface()),
       m_pages(m_project, *m_core.scadaCoreInterface()),
       m_scripts(*m_core.scadaCoreInterface())
@@ -98,6 +100,7 @@ void LiveSystem::heedPages()
 {
     connect(&m_pages, &CanvasManager::opened, this, [this](Page* page) {
         m_dataService.addPage(page->actions.get());
+        m_alarms.addPage(page->actions.get());
         for (const QString& problem : qAsConst(page->problems))
             addProblem(problem);
         m_pageScripts.push_back(std::make_unique<PageScripts>(*page, m_core, m_scripts, m_database));
@@ -109,6 +112,7 @@ void LiveSystem::heedPages()
         m_pageScripts.erase(std::find_if(m_pageScripts.begin(), m_pageScripts.end(),
                                          [page](const auto& scripts) { return &scripts->page() == page; }));
         m_dataService.removePage(page->actions.get());
+        m_alarms.removePage(page->actions.get());
     });
 }
 
@@ -239,6 +243,15 @@ void LiveSystem::openStore()
     for (const QString& problem : m_store.load(m_database))
         addProblem(problem);
     m_dataService.setStore(&m_store);
+}
+
+// The log lies in the store's file; where that can't be used, it lasts as long as the program.
+void LiveSystem::startAlarms()
+{
+    connect(&m_alarms, &AlarmSystem::problemFound, this, &LiveSystem::addProblem);
+    connect(&m_dataService, &DataService::ticked, &m_alarms, &AlarmSystem::advance);
+    if (const auto started = m_alarms.start(m_store.fileName()); !started)
+        addProblem(started.error() + QStringLiteral("; the alarm log is not kept beyond the end of this program"));
 }
 
 QString LiveSystem::sourceDescription() const

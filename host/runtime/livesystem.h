@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/actions/canvasactionmanagerfactory.h"
+#include "host/alarms/alarmsystem.h"
 #include "host/canvas/canvasmanager.h"
 #include "host/core/korvanecore.h"
 #include "host/core/project.h"
@@ -62,6 +63,7 @@ public:
     const Project& project() const { return m_project; }
     RuntimeDatabase& database() { return m_database; }
     DataService& dataService() { return m_dataService; }
+    AlarmSystem& alarms() { return m_alarms; }
     CanvasManager& pages() { return m_pages; }
     PropertyManager& properties() { return m_properties; }
     KorvaneCore& core() { return m_core; }
@@ -92,6 +94,7 @@ private:
     tl::expected<void, QString> loadPoints();
     tl::expected<void, QString> openSource(const QString& address, bool isOwn);
     void openStore();
+    void startAlarms();
     void addProblem(const QString& text);
     void heedPages();
     void heedScripts();
@@ -106,6 +109,7 @@ private:
     PropertyManager m_properties;
     KorvaneCore m_core;
     DataService m_dataService;
+    AlarmSystem m_alarms;
     CanvasActionManagerFactory m_managers;
     CanvasManager m_pages;
     ScriptEngine m_scripts;

@@ -41,12 +41,56 @@ enum Column : std::size_t {
     AbnormalStateColumn,
     StaleAfterColumn,
     AddressColumn,
+    AreaColumn,
+    LowLowSeverityColumn, // from here on in the order of ScadaAlarm::Cause
+    LowSeverityColumn,
+    HighSeverityColumn,
+    HighHighSeverityColumn,
+    StateSeverityColumn,
+    RateSeverityColumn,
+    QualitySeverityColumn,
+    CommunicationSeverityColumn,
+    RateLimitColumn,
+    OnDelayColumn,
+    OffDelayColumn,
+    LatchingColumn,
+    AlarmMessageColumn,
 };
 
-constexpr std::array<const char*, 19> columnNames = {
-    "id",         "name",   "kind",           "unit",        "description", "display_name", "station",
-    "low_low",    "low",    "high",           "high_high",   "hysteresis",  "decimals",     "scale_low",
-    "scale_high", "states", "abnormal_state", "stale_after", "address",
+constexpr std::array<const char*, 33> columnNames = {
+    "id",
+    "name",
+    "kind",
+    "unit",
+    "description",
+    "display_name",
+    "station",
+    "low_low",
+    "low",
+    "high",
+    "high_high",
+    "hysteresis",
+    "decimals",
+    "scale_low",
+    "scale_high",
+    "states",
+    "abnormal_state",
+    "stale_after",
+    "address",
+    "area",
+    "low_low_severity",
+    "low_severity",
+    "high_severity",
+    "high_high_severity",
+    "state_severity",
+    "rate_severity",
+    "quality_severity",
+    "communication_severity",
+    "rate_limit",
+    "on_delay",
+    "off_delay",
+    "latching",
+    "alarm_message",
 };
 
 constexpr std::array<Column, 3> neededColumns = {IdColumn, NameColumn, KindColumn};
@@ -57,13 +101,14 @@ struct TextColumn
     QString Object::*text;
 };
 
-constexpr std::array<TextColumn, 6> textColumns = {{
+constexpr std::array<TextColumn, 7> textColumns = {{
     {NameColumn, &Object::name},
     {UnitColumn, &Object::unit},
     {DescriptionColumn, &Object::description},
     {DisplayNameColumn, &Object::displayName},
     {StationColumn, &Object::station},
     {AddressColumn, &Object::address},
+    {AreaColumn, &Object::area},
 }};
 
 struct NumberColumn
@@ -194,7 +239,10 @@ private:
     std::optional<Refusal> readTexts(Object& object);
     std::optional<Refusal> readNumbers(Object& object);
     std::optional<Refusal> readStates(Object& object);
+    std::optional<Refusal> readAlarm(Object& object);
+    std::optional<Refusal> readSeverities(Object& object) const;
     std::optional<Refusal> findTwin(const Object& object);
+    std::optional<Refusal> readDuration(Column column, std::chrono::milliseconds& duration) const;
     std::optional<Refusal> readNumber(Column column, double& number) const;
     std::optional<Refusal> readInteger(Column column, int highest, int& number) const;
 
@@ -307,7 +355,8 @@ tl::expected<Object, Refusal> Reader::readObject()
     }
     Object object;
     using Step = std::optional<Refusal> (Reader::*)(Object&);
-    for (const Step step : {&Reader::readTexts, &Reader::readIdentity, &Reader::readNumbers, &Reader::readStates}) {
+    for (const Step step : {&Reader::readTexts, &Reader::readIdentity, &Reader::readNumbers, &Reader::readStates,
+                            &Reader::readAlarm}) {
         if (auto refused = (this->*step)(object))
             return tl::make_unexpected(std::move(*refused));
     }
@@ -383,7 +432,6 @@ std::optional<Refusal> Reader::readInteger(Column column, int highest, int& numb
 
 std::optional<Refusal> Reader::readNumbers(Object& object)
 {
-    constexpr double longest = 1e9; // seconds; their milliseconds fit
     for (const NumberColumn& column : numberColumns) {
         if (auto refused = readNumber(column.column, object.*column.number))
             return refused;
@@ -394,14 +442,79 @@ std::optional<Refusal> Reader::readNumbers(Object& object)
         return Refusal{crossed};
     if (auto refused = readInteger(DecimalsColumn, 15, object.decimals))
         return refused;
+    return readDuration(StaleAfterColumn, object.staleAfter);
+}
+
+/// Seconds, fractions allowed.
+std::optional<Refusal> Reader::readDuration(Column column, std::chrono::milliseconds& duration) const
+{
+    constexpr double longest = 1e9; // their milliseconds fit
     double seconds = 0;
-    if (auto refused = readNumber(StaleAfterColumn, seconds))
+    if (auto refused = readNumber(column, seconds))
         return refused;
     if (seconds < 0 || seconds > longest)
-        return refusal(
-            StaleAfterColumn,
-            QStringLiteral("%1 is not within 0 to 1000000000 seconds").arg(csvQuoted(textOf(StaleAfterColumn))));
-    object.staleAfter = std::chrono::milliseconds(std::llround(seconds * 1000));
+        return refusal(column,
+                       QStringLiteral("%1 is not within 0 to 1000000000 seconds").arg(csvQuoted(textOf(column))));
+    duration = std::chrono::milliseconds(std::llround(seconds * 1000));
+    return std::nullopt;
+}
+
+std::optional<Refusal> Reader::readAlarm(Object& object)
+{
+    AlarmSetting& alarm = object.alarm;
+    if (auto refused = readNumber(RateLimitColumn, alarm.rateLimit))
+        return refused;
+    if (alarm.rateLimit <= 0)
+        return refusal(RateLimitColumn, QStringLiteral("the rate limit must be above 0"));
+    if (auto refused = readDuration(OnDelayColumn, alarm.onDelay))
+        return refused;
+    if (auto refused = readDuration(OffDelayColumn, alarm.offDelay))
+        return refused;
+    int isLatching = 0;
+    if (auto refused = readInteger(LatchingColumn, 1, isLatching))
+        return refused;
+    alarm.isLatching = isLatching == 1;
+    const auto message = fromUtf8(textOf(AlarmMessageColumn));
+    if (!message)
+        return refusal(AlarmMessageColumn, QStringLiteral("%1 is not UTF-8").arg(csvQuoted(textOf(AlarmMessageColumn))));
+    alarm.message = *message;
+    return readSeverities(object);
+}
+
+/// Whether values of the object can be the cause of an alarm.
+bool canCause(const Object& object, ScadaAlarm::Cause cause)
+{
+    switch (cause) {
+    case ScadaAlarm::Cause::LowLow:
+        return !std::isnan(object.lowLow);
+    case ScadaAlarm::Cause::Low:
+        return !std::isnan(object.low);
+    case ScadaAlarm::Cause::High:
+        return !std::isnan(object.high);
+    case ScadaAlarm::Cause::HighHigh:
+        return !std::isnan(object.highHigh);
+    case ScadaAlarm::Cause::StateChange:
+        return object.type != ScadaObjectType::AnalogPoint && object.abnormalState >= 0;
+    case ScadaAlarm::Cause::RateOfChange:
+        return object.type == ScadaObjectType::AnalogPoint && !std::isnan(object.alarm.rateLimit);
+    case ScadaAlarm::Cause::Quality:
+    case ScadaAlarm::Cause::Communication:
+        return true;
+    }
+    return false;
+}
+
+std::optional<Refusal> Reader::readSeverities(Object& object) const
+{
+    for (std::size_t place = 0; place < AlarmSetting::causeCount; ++place) {
+        const auto column = static_cast<Column>(LowLowSeverityColumn + place);
+        int severity = AlarmSetting::noAlarm;
+        if (auto refused = readInteger(column, ScadaAlarm::highestSeverity, severity))
+            return refused;
+        if (severity != AlarmSetting::noAlarm && !canCause(object, static_cast<ScadaAlarm::Cause>(place)))
+            return refusal(column, QStringLiteral("the object has no limit or abnormal state for this alarm"));
+        object.alarm.severities[place] = static_cast<qint8>(severity);
+    }
     return std::nullopt;
 }
 

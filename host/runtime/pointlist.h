@@ -28,6 +28,13 @@
 /// | states                           | texts of the states from 0 on, joined by bars: Closed&#124;Open              |
 /// | abnormal_state                   | number of a state                                                            |
 /// | stale_after                      | seconds, fractions allowed; empty or 0 for ever                              |
+/// | area                             | area of responsibility                                                       |
+/// | low_low_severity, low_severity, high_severity, high_high_severity | 0 to 9: makes the limit an alarm; empty for none |
+/// | state_severity, rate_severity, quality_severity, communication_severity | the same of the abnormal state, the rate limit, a useless value, failed communication |
+/// | rate_limit                       | change of an analog point, either way, in its unit per second                |
+/// | on_delay, off_delay              | seconds, fractions allowed, that a condition must hold, or be gone           |
+/// | latching                         | 1 for an alarm that waits for an operator once its condition is gone         |
+/// | alarm_message                    | what the operator is told; empty for the object's name and the cause         |
 ///
 /// The first three are needed. Where the separator is no comma, numbers may have a decimal comma.
 namespace PointList {

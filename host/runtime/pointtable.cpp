@@ -68,6 +68,34 @@ void setStates(Object& object, const QVariant& value)
         object.states.append(state.toString());
 }
 
+/// The severities by cause, joined by blanks; NULL for an object without alarms.
+QVariant severitiesText(const Object& object)
+{
+    QStringList numbers;
+    bool hasAny = false;
+    for (const qint8 severity : object.alarm.severities) {
+        numbers.append(QString::number(severity));
+        hasAny |= severity != AlarmSetting::noAlarm;
+    }
+    return hasAny ? QVariant(numbers.join(QLatin1Char(' '))) : QVariant(QVariant::String);
+}
+
+void setSeverities(Object& object, const QVariant& value)
+{
+    const QStringList numbers = value.toString().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (int place = 0; place < numbers.size() && place < int(AlarmSetting::causeCount); ++place)
+        object.alarm.severities[std::size_t(place)] = static_cast<qint8>(numbers[place].toInt());
+}
+
+template <auto member>
+constexpr Column delayColumn(const char* name)
+{
+    return {name, "INTEGER", [](const Object& object) { return QVariant(qlonglong((object.alarm.*member).count())); },
+            [](Object& object, const QVariant& value) {
+                object.alarm.*member = std::chrono::milliseconds(value.toLongLong());
+            }};
+}
+
 constexpr Column columns[] = {
     {"kind", "INTEGER NOT NULL", [](const Object& object) { return QVariant(static_cast<int>(object.type)); },
      [](Object& object, const QVariant& value) { object.type = Korvane::ScadaObjectType(value.toInt()); }},
@@ -90,6 +118,22 @@ constexpr Column columns[] = {
     {"stale_after_ms", "INTEGER", [](const Object& object) { return QVariant(qlonglong(object.staleAfter.count())); },
      [](Object& object, const QVariant& value) { object.staleAfter = std::chrono::milliseconds(value.toLongLong()); }},
     textColumn<&Object::address>("address"),
+    textColumn<&Object::area>("area"),
+    {"severities", "TEXT", severitiesText, setSeverities},
+    {"rate_limit", "REAL",
+     [](const Object& object) {
+         return std::isnan(object.alarm.rateLimit) ? QVariant(QVariant::Double) : QVariant(object.alarm.rateLimit);
+     },
+     [](Object& object, const QVariant& value) {
+         if (!value.isNull())
+             object.alarm.rateLimit = value.toDouble();
+     }},
+    delayColumn<&AlarmSetting::onDelay>("on_delay_ms"),
+    delayColumn<&AlarmSetting::offDelay>("off_delay_ms"),
+    {"latching", "INTEGER", [](const Object& object) { return QVariant(int(object.alarm.isLatching)); },
+     [](Object& object, const QVariant& value) { object.alarm.isLatching = value.toInt() != 0; }},
+    {"alarm_message", "TEXT", [](const Object& object) { return QVariant(object.alarm.message); },
+     [](Object& object, const QVariant& value) { object.alarm.message = value.toString(); }},
 };
 
 /// The columns' names, each behind \p prefix.
@@ -121,6 +165,23 @@ tl::expected<void, QString> createPointTable(QSqlDatabase& database)
     for (const Column& column : columns)
         text += QStringLiteral(", %1 %2").arg(QLatin1String(column.name), QLatin1String(column.type));
     return execute(database, text + QLatin1Char(')'));
+}
+
+tl::expected<void, QString> completePointTable(QSqlDatabase& database)
+{
+    for (const Column& column : columns) {
+        const auto count = ask(database, QStringLiteral("SELECT count(*) FROM pragma_table_info('points') WHERE name = '%1'")
+                                             .arg(QLatin1String(column.name)));
+        if (!count)
+            return tl::make_unexpected(count.error());
+        if (count->toInt() > 0)
+            continue;
+        if (auto added = execute(database, QStringLiteral("ALTER TABLE points ADD COLUMN %1 %2")
+                                               .arg(QLatin1String(column.name), QLatin1String(column.type)));
+            !added)
+            return added;
+    }
+    return {};
 }
 
 tl::expected<void, QString> writePoints(QSqlDatabase& database, const std::vector<Object>& points)

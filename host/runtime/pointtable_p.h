@@ -12,6 +12,8 @@
 
 /// Makes the table in a new file.
 tl::expected<void, QString> createPointTable(QSqlDatabase& database);
+/// Adds the columns that a table of an earlier version lacks.
+tl::expected<void, QString> completePointTable(QSqlDatabase& database);
 
 /// Makes \p points the table's content; changes what differs. Within the caller's transaction.
 tl::expected<void, QString> writePoints(QSqlDatabase& database, const std::vector<RuntimeDatabase::Object>& points);

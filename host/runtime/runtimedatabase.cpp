@@ -97,6 +97,7 @@ RuntimeDatabase::Present::Present(const Object& object)
       high(object.high),
       highHigh(object.highHigh),
       hysteresis(object.hysteresis > 0 ? object.hysteresis : 0),
+      rateLimit(object.alarm.rateLimit),
       staleAfterMs(object.staleAfter.count() > PointStatistics::longestStaleAfterMs ? 0 : object.staleAfter.count())
 {
 }
@@ -242,6 +243,9 @@ bool RuntimeDatabase::takeSample(const Sample& sample)
         return false;
 
     const double value = present.isAnalog ? sample.value : stateOf(sample.value);
+    const qint32 limitMarksBefore = present.limitMarks;
+    const qint32 qualityBefore = present.quality;
+    const bool isFast = isTooFast(present, value, sample.timeMs);
     present.timeMs = sample.timeMs;
     present.quality = sample.quality;
     if (std::isfinite(value)) {
@@ -250,12 +254,48 @@ bool RuntimeDatabase::takeSample(const Sample& sample)
     } else {
         present.quality |= ValueMark::Invalid;
     }
-    if ((present.quality & ValueMark::Invalid) == 0)
+    if ((present.quality & ValueMark::Invalid) == 0) {
         setLimitMarks(present);
+        if (isFast)
+            present.limitMarks |= ValueMark::Abnormal;
+    }
     statisticsOf(present).take(sample.timeMs, value, present.quality, m_calendar);
     if (present.staleAfterMs > 0 && !present.isQueued)
         queueExpiry(*objects, found->second);
+    if (present.isWatched)
+        tellMarks(present, limitMarksBefore, qualityBefore, sample.timeMs);
     return true;
+}
+
+/// Whether the value changed faster since the sample before than the point's rate limit. A sample that replaces one of the
+/// same time keeps the answer.
+bool RuntimeDatabase::isTooFast(const Present& before, double value, qint64 timeMs)
+{
+    if (std::isnan(before.rateLimit) || !before.isAnalog || !before.hasValue || (before.quality & ValueMark::Invalid))
+        return false;
+    if (timeMs == before.timeMs)
+        return (before.limitMarks & ValueMark::Abnormal) != 0;
+    const double seconds = static_cast<double>(timeMs - before.timeMs) / 1000;
+    return std::abs(value - before.value) > before.rateLimit * seconds;
+}
+
+void RuntimeDatabase::watch(ObjectKey key, quint32 handle)
+{
+    if (Present* present = findPresent(key)) {
+        present->isWatched = true;
+        present->isReportDue = true;
+        present->watchHandle = handle;
+    }
+}
+
+void RuntimeDatabase::tellMarks(Present& present, qint32 limitMarksBefore, qint32 qualityBefore, qint64 timeMs)
+{
+    const bool isSame = present.limitMarks == limitMarksBefore && present.quality == qualityBefore;
+    if (!m_marksListener || (isSame && !present.isReportDue))
+        return;
+    present.isReportDue = false;
+    m_marksListener->marksChanged(
+        {present.watchHandle, timeMs, present.value, present.limitMarks, present.quality});
 }
 
 void RuntimeDatabase::setLimitMarks(Present& present)
@@ -330,7 +370,10 @@ std::vector<ObjectKey> RuntimeDatabase::takeStale(qint64 nowMs)
         if (present.timeMs + present.staleAfterMs > nowMs) {
             queueExpiry(*due.family, due.index);
         } else if ((present.quality & ValueMark::Stale) == 0) {
+            const qint32 before = present.quality;
             present.quality |= ValueMark::Stale;
+            if (present.isWatched)
+                tellMarks(present, present.limitMarks, before, present.timeMs + present.staleAfterMs);
             const Object& object = due.family->objects[due.index];
             stale.push_back({object.type, object.id});
         }
@@ -343,7 +386,10 @@ bool RuntimeDatabase::setCommunicationFailed(ObjectKey key, bool failed, qint64 
     Present* present = findPresent(key);
     if (!present || ((present->quality & ValueMark::CommunicationFailed) != 0) == failed)
         return false;
+    const qint32 before = present->quality;
     present->quality ^= ValueMark::CommunicationFailed;
+    if (present->isWatched)
+        tellMarks(*present, present->limitMarks, before, nowMs);
     if (present->statistics)
         present->statistics->setFailed(failed, nowMs, m_calendar);
     return true;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "host/alarms/alarmsetting.h"
 #include "host/hostexport.h"
+#include "host/runtime/markslistener.h"
 #include "host/runtime/statisticscalendar.h"
 #include "host/sources/sample.h"
 #include "platform/data/pointdirectory.h"
@@ -68,6 +70,9 @@ public:
         std::chrono::milliseconds staleAfter{0};
         /// What the point is called in its source; empty for its own name.
         QString address = {};
+        /// Area of responsibility; empty for none.
+        QString area = {};
+        AlarmSetting alarm = {};
     };
 
     RuntimeDatabase();
@@ -103,6 +108,12 @@ public:
     void setClock(std::function<qint64()> clock);
     qint64 now() const { return m_clock(); }
 
+    /// Who hears of the marks of watched objects; not owned, null for nobody.
+    void setMarksListener(MarksListener* listener) { m_marksListener = listener; }
+    /// Has the listener hear of the object under \p handle: of its next sample, then of every change of its marks.
+    /// Does nothing for an unknown object.
+    void watch(ObjectKey key, quint32 handle);
+
     /// Takes one sample into the present value, its marks and the statistics.
     ///
     /// The quality is what the source states, with Invalid added for a value that is no finite number (or, of anything
@@ -111,7 +122,8 @@ public:
     ///
     /// Limit marks: high comes when the value lies above the limit and goes when it is at or below limit minus
     /// hysteresis; low likewise downwards. Each of the four limits is judged by itself, so a value above the upper one
-    /// of two carries both marks. Abnormal follows the number of the state. An invalid sample changes no limit mark.
+    /// of two carries both marks. Abnormal follows the number of the state, or, of an analog point with a rate limit, whether
+    /// the value changed faster since the sample before. An invalid sample changes no limit mark.
     /// \returns false when the sample was ignored: unknown object; older than the present one (one of the same time
     /// replaces it); a time outside the years 1 to 9999.
     bool takeSample(const Sample& sample);
@@ -189,13 +201,17 @@ private:
         bool isAnalog = false;
         bool hasValue = false;
         bool isQueued = false; ///< in m_expiries
+        bool isWatched = false;
+        bool isReportDue = false; ///< the listener hears of the next sample, whatever it changes
         qint32 abnormalState = -1;
         double lowLow = 0;
         double low = 0;
         double high = 0;
         double highHigh = 0;
         double hysteresis = 0;
+        double rateLimit = 0; ///< per second; NaN for none
         qint64 staleAfterMs = 0;
+        quint32 watchHandle = 0;
         /// Made with the first sample: in a large plant many points never have one.
         std::unique_ptr<PointStatistics> statistics;
     };
@@ -228,11 +244,14 @@ private:
     QVariant presentField(const Object& object, DataCode::DataField field) const;
     void queueExpiry(Family& family, std::size_t index);
     static void setLimitMarks(Present& present);
+    static bool isTooFast(const Present& before, double value, qint64 timeMs);
+    void tellMarks(Present& present, qint32 limitMarksBefore, qint32 qualityBefore, qint64 timeMs);
 
     Family m_points;
     Family m_rtus;
     Family m_channels;
     StatisticsCalendar m_calendar;
     std::function<qint64()> m_clock;
+    MarksListener* m_marksListener = nullptr;
     std::priority_queue<Expiry, std::vector<Expiry>, std::greater<>> m_expiries;
 };

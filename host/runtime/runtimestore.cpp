@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int schemaVersion = 1;
+constexpr int schemaVersion = 2; // 1 had points without areas and alarms
 
 QString newConnectionName()
 {
@@ -38,6 +38,15 @@ tl::expected<void, QString> createSchema(QSqlDatabase& database)
             return execute(database, QStringLiteral("CREATE TABLE runs (first_row INTEGER PRIMARY KEY, "
                                                     "last_tick_ms INTEGER NOT NULL)"));
         })
+        .and_then([&] { return execute(database, QStringLiteral("PRAGMA user_version = %1").arg(schemaVersion)); })
+        .and_then([&] { return transaction.commit(); });
+}
+
+/// Brings a file of an earlier version up to this one. Shows at once whether the file can be written.
+tl::expected<void, QString> renewSchema(QSqlDatabase& database)
+{
+    Transaction transaction(database);
+    return completePointTable(database)
         .and_then([&] { return execute(database, QStringLiteral("PRAGMA user_version = %1").arg(schemaVersion)); })
         .and_then([&] { return transaction.commit(); });
 }
@@ -107,9 +116,7 @@ tl::expected<void, QString> RuntimeStore::prepare()
         if (auto set = execute(database, QLatin1String(setting)); !set)
             return set;
     }
-    // Shows at once whether the file can be written.
-    auto written = *version == 0 ? createSchema(database)
-                                 : execute(database, QStringLiteral("PRAGMA user_version = %1").arg(schemaVersion));
+    auto written = *version == 0 ? createSchema(database) : renewSchema(database);
     if (!written)
         return written;
     return ask(database, QStringLiteral("SELECT max(ifnull((SELECT max(journal_row) FROM journal), 0), "

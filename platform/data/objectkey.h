@@ -2,6 +2,8 @@
 
 #include "platform/data/scadaobjecttype.h"
 
+#include <QHashFunctions>
+
 /// Kind and id under which a database object is found: the answer of a look-up by name.
 struct ObjectKey
 {
@@ -13,3 +15,8 @@ struct ObjectKey
     friend constexpr bool operator==(ObjectKey a, ObjectKey b) noexcept { return a.type == b.type && a.id == b.id; }
     friend constexpr bool operator!=(ObjectKey a, ObjectKey b) noexcept { return !(a == b); }
 };
+
+inline uint qHash(ObjectKey key, uint seed = 0) noexcept
+{
+    return qHash(qMakePair(static_cast<qint32>(key.type), key.id), seed);
+}

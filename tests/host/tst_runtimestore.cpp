@@ -288,7 +288,7 @@ private Q_SLOTS:
         QVERIFY(RuntimeStore().open(newer));
         QVERIFY(change(newer, QStringLiteral("PRAGMA user_version = 99")));
         QTest::newRow("a newer version's database")
-            << newer << QStringLiteral("a newer version of this program wrote it (layout 99, this one knows 1)");
+            << newer << QStringLiteral("a newer version of this program wrote it (layout 99, this one knows 2)");
 
         const QString readOnly = newFile();
         QVERIFY(RuntimeStore().open(readOnly));
