@@ -4,8 +4,18 @@
 #include <cstdlib>
 
 namespace {
+
 std::atomic<std::size_t> allocations{0};
+std::atomic<std::size_t> largestBytes{0};
+
+void note(std::size_t bytes)
+{
+    allocations.fetch_add(1, std::memory_order_relaxed);
+    if (bytes > largestBytes.load(std::memory_order_relaxed))
+        largestBytes.store(bytes, std::memory_order_relaxed);
 }
+
+} // namespace
 
 #ifdef KORVANE_COUNT_BY_SANITIZER
 
@@ -13,9 +23,9 @@ std::atomic<std::size_t> allocations{0};
 
 namespace {
 
-void countAllocation(const volatile void*, std::size_t)
+void countAllocation(const volatile void*, std::size_t size)
 {
-    allocations.fetch_add(1, std::memory_order_relaxed);
+    note(size);
 }
 
 const int installed = __sanitizer_install_malloc_and_free_hooks(&countAllocation, [](const volatile void*) {});
@@ -32,19 +42,19 @@ void* __libc_realloc(void* block, std::size_t size);
 
 void* malloc(std::size_t size) noexcept
 {
-    allocations.fetch_add(1, std::memory_order_relaxed);
+    note(size);
     return __libc_malloc(size);
 }
 
 void* calloc(std::size_t count, std::size_t size) noexcept
 {
-    allocations.fetch_add(1, std::memory_order_relaxed);
+    note(count * size);
     return __libc_calloc(count, size);
 }
 
 void* realloc(void* block, std::size_t size) noexcept
 {
-    allocations.fetch_add(1, std::memory_order_relaxed);
+    note(size);
     return __libc_realloc(block, size);
 }
 }
@@ -53,9 +63,15 @@ void* realloc(void* block, std::size_t size) noexcept
 
 AllocationCounter::AllocationCounter() : m_start(allocations.load())
 {
+    largestBytes = 0;
 }
 
 std::size_t AllocationCounter::count() const
 {
     return allocations.load() - m_start;
+}
+
+std::size_t AllocationCounter::largest() const
+{
+    return largestBytes.load();
 }

@@ -9,6 +9,8 @@ class AllocationCounter
 public:
     AllocationCounter();
     std::size_t count() const;
+    /// Bytes of the largest one since a counter was last made.
+    std::size_t largest() const;
 
 private:
     std::size_t m_start;
