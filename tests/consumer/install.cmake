@@ -5,6 +5,11 @@ file(REMOVE_RECURSE "${prefix}")
 run("${CMAKE_COMMAND}" --install "${build}" --prefix "${prefix}")
 
 set(wanted share/korvane/translations/korvanescada_ko.qm)
+if(EXISTS "${build}/bin/speech")
+    foreach(library IN ITEMS korvanespeech vt_ENG vt_kor)
+        list(APPEND wanted "${libdir}/korvane/speech/lib${library}.so")
+    endforeach()
+endif()
 foreach(floor IN ITEMS platform scada host)
     file(GLOB_RECURSE headers RELATIVE "${source}" "${source}/${floor}/*.h")
     list(FILTER headers EXCLUDE REGEX "_p[.]h$") # not part of the interface

@@ -1,0 +1,7 @@
+#include "scada/audio/voicewarekoreanengine_p.h"
+
+VoiceWareKoreanEngine::VoiceWareKoreanEngine(QObject* parent) : VoiceWareEngine(parent)
+{
+}
+
+VoiceWareKoreanEngine::~VoiceWareKoreanEngine() = default;
