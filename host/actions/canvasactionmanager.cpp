@@ -4,6 +4,7 @@
 #include "host/shapes/shape.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 
+#include <QPointer>
 #include <QSet>
 
 #include <algorithm>
@@ -596,7 +597,8 @@ void CanvasActionManager::setAlarmResult(int result)
     if (m_pendingAlarms.isEmpty())
         return;
     m_pendingAlarms.removeFirst();
+    const QPointer<CanvasActionManager> self(this); // whoever hears of it may close the page
     Q_EMIT alarmProcessed(result);
-    if (m_pendingAlarms.isEmpty())
+    if (self && m_pendingAlarms.isEmpty())
         Q_EMIT alarmProcessFinished();
 }

@@ -54,9 +54,11 @@ int AlarmDesk::acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint)
         return 0;
     Q_EMIT acknowledged(objects);
     KorvaneScadaRuntimManagerInterface* runtime = m_hub.runtimeManager();
-    if (runtime && isOnePoint)
+    if (!runtime || points.isEmpty())
+        return count;
+    if (isOnePoint)
         Q_EMIT runtime->alarmAcked(points.constFirst());
-    else if (runtime && !points.isEmpty())
+    else
         Q_EMIT runtime->alarmSequenceAcked(points);
     return count;
 }

@@ -27,6 +27,16 @@ QDateTime timeOf(const QVariant& value)
     return value.isNull() ? QDateTime() : QDateTime::fromMSecsSinceEpoch(value.toLongLong(), Qt::UTC);
 }
 
+/// SQLite's whole numbers have 64 bits, those of states 32.
+QVariant valueOf(const QVariant& stored)
+{
+    if (stored.isNull())
+        return {};
+    const qlonglong number = stored.toLongLong();
+    const bool isState = stored.type() == QVariant::LongLong && static_cast<qint32>(number) == number;
+    return isState ? QVariant(static_cast<qint32>(number)) : stored;
+}
+
 /// A column of the log, and how a line's part goes into it and comes back.
 struct Column
 {
@@ -73,9 +83,7 @@ constexpr Column alarmValueColumn(const char* name)
 {
     // Without a type, so that whole numbers, fractions and texts come back as what they were.
     return {name, "", [](const AlarmTransition& line) { return line.alarm.*member; },
-            [](AlarmTransition& line, const QVariant& value) {
-                line.alarm.*member = value.isNull() ? QVariant() : value;
-            }};
+            [](AlarmTransition& line, const QVariant& value) { line.alarm.*member = valueOf(value); }};
 }
 
 constexpr Column columns[] = {
@@ -118,20 +126,25 @@ QStringList schema()
     QString log = QStringLiteral("CREATE TABLE IF NOT EXISTS alarm_log (line INTEGER PRIMARY KEY AUTOINCREMENT");
     for (const Column& column : columns)
         log += QStringLiteral(", %1 %2").arg(QLatin1String(column.name), QLatin1String(column.type));
-    const QString refusal = QStringLiteral("CREATE TRIGGER IF NOT EXISTS alarm_log_keeps_on_%1 BEFORE %1 ON alarm_log "
-                                           "BEGIN SELECT RAISE(ABORT, 'lines of the alarm log are never changed'); END");
+    // "INSERT OR REPLACE" takes a line away without asking the trigger of "DELETE".
+    const QString refusal =
+        QStringLiteral("CREATE TRIGGER IF NOT EXISTS alarm_log_keeps_on_%1 BEFORE %1 ON alarm_log %2"
+                       "BEGIN SELECT RAISE(ABORT, 'lines of the alarm log are never changed'); END");
+    const QString ofKnownLine = QStringLiteral("WHEN EXISTS (SELECT 1 FROM alarm_log WHERE line = NEW.line) ");
     return {
         log + QLatin1Char(')'),
         QStringLiteral("CREATE INDEX IF NOT EXISTS alarm_log_by_time ON alarm_log (time_ms)"),
         QStringLiteral("CREATE INDEX IF NOT EXISTS alarm_log_by_object ON alarm_log (object_type, object_id, time_ms)"),
-        refusal.arg(QStringLiteral("update")),
-        refusal.arg(QStringLiteral("delete")),
+        refusal.arg(QStringLiteral("update"), QString()),
+        refusal.arg(QStringLiteral("delete"), QString()),
+        refusal.arg(QStringLiteral("insert"), ofKnownLine),
         QStringLiteral("CREATE TABLE IF NOT EXISTS standing_alarms (occurrence INTEGER PRIMARY KEY, "
                        "line INTEGER NOT NULL, shelf_line INTEGER)"),
-        QStringLiteral("CREATE TABLE IF NOT EXISTS excluded_objects (object_type INTEGER NOT NULL, "
-                       "object_id INTEGER NOT NULL, is_suppressed INTEGER NOT NULL, is_out_of_service INTEGER NOT NULL, "
-                       "suppression_reason TEXT, service_reason TEXT, service_user TEXT, "
-                       "PRIMARY KEY (object_type, object_id))"),
+        QStringLiteral(
+            "CREATE TABLE IF NOT EXISTS excluded_objects (object_type INTEGER NOT NULL, "
+            "object_id INTEGER NOT NULL, is_suppressed INTEGER NOT NULL, is_out_of_service INTEGER NOT NULL, "
+            "suppression_reason TEXT, service_reason TEXT, service_user TEXT, "
+            "PRIMARY KEY (object_type, object_id))"),
     };
 }
 
@@ -234,6 +247,8 @@ tl::expected<void, QString> AlarmLog::commit()
         return {};
     QSqlDatabase database = QSqlDatabase::database(m_connection);
     Transaction transaction(database);
+    if (!transaction.isOpen())
+        return failure(QStringLiteral("the alarm log could not be written: %1").arg(reasonOf(database.lastError())));
     const auto written =
         writeLines().and_then([this] { return writeExclusions(); }).and_then([&] { return transaction.commit(); });
     if (!written)
@@ -253,9 +268,9 @@ tl::expected<void, QString> AlarmLog::writeLines()
         insert.prepare(QStringLiteral("INSERT INTO alarm_log (%1) VALUES (?%2)")
                            .arg(names({}), QStringLiteral(", ?").repeated(int(std::size(columns)) - 1))) &&
         // A shelf lasts while other things happen to the alarm: its line is kept beside the newest.
-        stands.prepare(QStringLiteral("INSERT INTO standing_alarms (occurrence, line, shelf_line) VALUES (?1, ?2, ?3) "
-                                      "ON CONFLICT (occurrence) DO UPDATE SET line = ?2, "
-                                      "shelf_line = CASE WHEN ?4 THEN ?3 ELSE shelf_line END")) &&
+        stands.prepare(QStringLiteral("INSERT INTO standing_alarms (occurrence, line, shelf_line) VALUES (?, ?, ?) "
+                                      "ON CONFLICT (occurrence) DO UPDATE SET line = excluded.line, "
+                                      "shelf_line = CASE WHEN ? THEN excluded.shelf_line ELSE shelf_line END")) &&
         ends.prepare(QStringLiteral("DELETE FROM standing_alarms WHERE occurrence = ?"));
     if (!isReady)
         return tl::make_unexpected(reasonOf(database.lastError()));
@@ -288,12 +303,13 @@ tl::expected<void, QString> AlarmLog::writeExclusions()
         QSqlQuery query(database);
         const QVariant type = static_cast<int>(object.type);
         const bool isExcluded = exclusion.isSuppressed || exclusion.isOutOfService;
-        query.prepare(isExcluded ? QStringLiteral("INSERT OR REPLACE INTO excluded_objects VALUES (?, ?, ?, ?, ?, ?, ?)")
-                                 : QStringLiteral("DELETE FROM excluded_objects WHERE object_type = ? AND object_id = ?"));
-        auto done = isExcluded ? run(query, {type, object.id, int(exclusion.isSuppressed), int(exclusion.isOutOfService),
-                                             exclusion.suppressionReason, exclusion.serviceReason,
-                                             exclusion.serviceUser})
-                               : run(query, {type, object.id});
+        query.prepare(isExcluded
+                          ? QStringLiteral("INSERT OR REPLACE INTO excluded_objects VALUES (?, ?, ?, ?, ?, ?, ?)")
+                          : QStringLiteral("DELETE FROM excluded_objects WHERE object_type = ? AND object_id = ?"));
+        auto done = isExcluded
+                        ? run(query, {type, object.id, int(exclusion.isSuppressed), int(exclusion.isOutOfService),
+                                      exclusion.suppressionReason, exclusion.serviceReason, exclusion.serviceUser})
+                        : run(query, {type, object.id});
         if (!done)
             return done;
     }
@@ -322,6 +338,8 @@ tl::expected<std::vector<AlarmTransition>, QString> AlarmLog::read(const Query& 
         return failure(QStringLiteral("the alarm log could not be read: %1").arg(reasonOf(select)));
     while (select.next())
         lines.push_back(lineOf(select, 0));
+    if (select.lastError().isValid())
+        return failure(QStringLiteral("the alarm log could not be read: %1").arg(reasonOf(select)));
     return lines;
 }
 
@@ -340,10 +358,9 @@ tl::expected<void, QString> AlarmLog::restore(AlarmManager& manager) const
     if (!excluded.exec(QStringLiteral("SELECT * FROM excluded_objects")))
         return failed(excluded);
     while (excluded.next()) {
-        manager.restoreExclusion(
-            {Korvane::ScadaObjectType(excluded.value(0).toInt()), excluded.value(1).toInt()},
-            {excluded.value(2).toBool(), excluded.value(3).toBool(), excluded.value(4).toString(),
-             excluded.value(5).toString(), excluded.value(6).toString()});
+        manager.restoreExclusion({Korvane::ScadaObjectType(excluded.value(0).toInt()), excluded.value(1).toInt()},
+                                 {excluded.value(2).toBool(), excluded.value(3).toBool(), excluded.value(4).toString(),
+                                  excluded.value(5).toString(), excluded.value(6).toString()});
     }
 
     QSqlQuery standing(database);

@@ -8,6 +8,11 @@ namespace {
 using State = ScadaAlarm::State;
 using Kind = AlarmTransition::Kind;
 
+bool isSeverity(int severity)
+{
+    return severity >= ScadaAlarm::lowestSeverity && severity <= ScadaAlarm::highestSeverity;
+}
+
 std::size_t placeOf(int severity)
 {
     return static_cast<std::size_t>(std::clamp(severity, ScadaAlarm::lowestSeverity, ScadaAlarm::highestSeverity));
@@ -77,8 +82,6 @@ void AlarmManager::count(const ScadaAlarm& alarm, int step)
         area.unacknowledged += waiting;
         if (area.visible == 0)
             area.firstOut = {};
-        else if (area.firstOut.id == alarm.id)
-            area.firstOut = alarm;
     };
     countIn({});
     if (!alarm.area.isEmpty())
@@ -92,23 +95,30 @@ void AlarmManager::tell(Occurrence& occurrence, const ScadaAlarm& before, AlarmT
     // In this order, so that the last alarm of an area does not look like its first.
     count(occurrence.alarm, 1);
     count(before, -1);
+    renewFirstOut(occurrence.alarm);
     transition.alarm = occurrence.alarm;
     if (occurrence.alarm.state == State::Normal) {
-        noteEnd(occurrence.alarm);
         m_byKey.erase({objectOf(occurrence.alarm), occurrence.alarm.cause});
         m_occurrences.erase(occurrence.alarm.id);
     }
     Q_EMIT transitioned(transition);
 }
 
-/// The first alarm of an area may end while others of it stand.
-void AlarmManager::noteEnd(const ScadaAlarm& alarm)
+/// The first alarm of an area is told as it stands now; it may end while others of the area stand.
+void AlarmManager::renewFirstOut(const ScadaAlarm& alarm)
 {
     for (const QString& name : {QString(), alarm.area}) {
         const auto area = m_areas.find(name);
         if (area != m_areas.end() && area->firstOut.id == alarm.id)
             area->firstOut = alarm;
     }
+}
+
+void AlarmManager::awaitOperator(Occurrence& occurrence)
+{
+    occurrence.isAcknowledged = false;
+    occurrence.alarm.acknowledged = {};
+    occurrence.alarm.acknowledgedBy.clear();
 }
 
 quint64 AlarmManager::raiseAlarm(const ScadaAlarm& alarm)
@@ -121,8 +131,6 @@ quint64 AlarmManager::raiseAlarm(const ScadaAlarm& alarm)
     if (!raised.raised.isValid())
         raised.raised = now;
     raised.returned = {};
-    raised.acknowledged = {};
-    raised.acknowledgedBy.clear();
 
     Occurrence& occurrence = m_occurrences[raised.id];
     if (standingId != 0 && occurrence.isPresent)
@@ -131,7 +139,7 @@ quint64 AlarmManager::raiseAlarm(const ScadaAlarm& alarm)
     raised.state = before.state;
     occurrence.alarm = raised;
     occurrence.isPresent = true;
-    occurrence.isAcknowledged = false;
+    awaitOperator(occurrence);
     m_byKey[{objectOf(raised), raised.cause}] = raised.id;
     tell(occurrence, before, {0, Kind::Raised, raised.raised, {}, {}, {}, {}});
     return raised.id;
@@ -146,7 +154,7 @@ bool AlarmManager::returnAlarm(quint64 id, const QDateTime& time)
     occurrence->isPresent = false;
     occurrence->alarm.returned = time.isValid() ? time : m_clock();
     if (isLatching(before))
-        occurrence->isAcknowledged = false;
+        awaitOperator(*occurrence);
     tell(*occurrence, before, {0, Kind::Returned, occurrence->alarm.returned, {}, {}, {}, {}});
     return true;
 }
@@ -194,7 +202,10 @@ void AlarmManager::endShelf(quint64 id, const QString& user, const QDateTime& no
     const ScadaAlarm before = occurrence.alarm;
     occurrence.shelf = {};
     // The operator put it away knowing of it: what is gone by now needs nobody any more.
-    occurrence.isAcknowledged = !occurrence.isPresent && !isLatching(before);
+    if (occurrence.isPresent || isLatching(before))
+        awaitOperator(occurrence);
+    else
+        occurrence.isAcknowledged = true;
     tell(occurrence, before, {0, Kind::Unshelved, now, {}, user, {}, {}});
 }
 
@@ -230,8 +241,9 @@ bool AlarmManager::setOutOfService(ObjectKey object, bool outOfService, const QS
     exclusion.isOutOfService = outOfService;
     exclusion.serviceReason = outOfService ? reason : QString();
     exclusion.serviceUser = outOfService ? user : QString();
-    setExclusion(object, exclusion,
-                 {0, outOfService ? Kind::TakenOutOfService : Kind::PutBackIntoService, m_clock(), {}, user, reason, {}});
+    setExclusion(
+        object, exclusion,
+        {0, outOfService ? Kind::TakenOutOfService : Kind::PutBackIntoService, m_clock(), {}, user, reason, {}});
     return true;
 }
 
@@ -253,7 +265,7 @@ void AlarmManager::setExclusion(ObjectKey object, const Exclusion& exclusion, Al
             continue;
         const ScadaAlarm before = occurrence->alarm;
         if (!m_exclusions.contains(object))
-            occurrence->isAcknowledged = false;
+            awaitOperator(*occurrence);
         tell(*occurrence, before, transition);
     }
 }
@@ -315,8 +327,12 @@ AlarmManager::Shelf AlarmManager::shelf(quint64 id) const
 
 int AlarmManager::visibleCount(int severity) const
 {
-    const bool isSeverity = severity >= ScadaAlarm::lowestSeverity && severity <= ScadaAlarm::highestSeverity;
-    return isSeverity ? m_visible[placeOf(severity)] : 0;
+    return isSeverity(severity) ? m_visible[placeOf(severity)] : 0;
+}
+
+int AlarmManager::waitingCount(int severity) const
+{
+    return isSeverity(severity) ? m_unacknowledged[placeOf(severity)] : 0;
 }
 
 int AlarmManager::unacknowledgedCount(const QString& area) const

@@ -84,6 +84,8 @@ public:
     std::size_t count() const { return m_occurrences.size(); }
     /// How many of a severity an operator sees: unacknowledged, acknowledged or returned unacknowledged.
     int visibleCount(int severity) const;
+    /// How many of a severity wait for an operator.
+    int waitingCount(int severity) const;
     /// How many of an area wait for an operator; of all areas with an empty name.
     int unacknowledgedCount(const QString& area) const;
 
@@ -137,7 +139,8 @@ private:
     bool isLatching(const ScadaAlarm& alarm) const;
     void count(const ScadaAlarm& alarm, int step);
     void tell(Occurrence& occurrence, const ScadaAlarm& before, AlarmTransition transition);
-    void noteEnd(const ScadaAlarm& alarm);
+    void renewFirstOut(const ScadaAlarm& alarm);
+    static void awaitOperator(Occurrence& occurrence);
     void endShelf(quint64 id, const QString& user, const QDateTime& now);
     void setExclusion(ObjectKey object, const Exclusion& exclusion, AlarmTransition transition);
 

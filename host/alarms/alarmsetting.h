@@ -17,8 +17,7 @@ struct KORVANE_HOST_EXPORT AlarmSetting
     static constexpr qint8 noAlarm = -1;
 
     /// By ScadaAlarm::Cause; 0 to 9, or noAlarm.
-    std::array<qint8, causeCount> severities = {noAlarm, noAlarm, noAlarm, noAlarm,
-                                                noAlarm, noAlarm, noAlarm, noAlarm};
+    std::array<qint8, causeCount> severities = {noAlarm, noAlarm, noAlarm, noAlarm, noAlarm, noAlarm, noAlarm, noAlarm};
     /// Change of an analog point, either way, in its unit per second; NaN for no such limit.
     double rateLimit = std::numeric_limits<double>::quiet_NaN();
     /// How long the condition must hold before the alarm is raised, and must be gone before it returns.

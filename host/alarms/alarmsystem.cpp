@@ -23,9 +23,12 @@ AlarmSystem::AlarmSystem(RuntimeDatabase& database, KorvaneScadaCoreInterface& h
     connect(&m_manager, &AlarmManager::transitioned, this, &AlarmSystem::take);
     connect(&m_manager, &AlarmManager::exclusionChanged, this,
             [this](ObjectKey object) { m_log.appendExclusion(object, m_manager.exclusion(object)); });
-    m_commit.setSingleShot(true);
-    m_commit.setInterval(0);
-    connect(&m_commit, &QTimer::timeout, this, &AlarmSystem::commit);
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(0);
+    connect(&m_settle, &QTimer::timeout, this, [this] {
+        commit();
+        Q_EMIT changed();
+    });
 }
 
 AlarmSystem::~AlarmSystem()
@@ -50,9 +53,23 @@ tl::expected<void, QString> AlarmSystem::start(const QString& fileName)
 void AlarmSystem::take(const AlarmTransition& transition)
 {
     m_log.append(transition);
-    m_commit.start();
-    if (transition.kind == AlarmTransition::Kind::Raised)
-        tellPages(transition.alarm);
+    m_settle.start();
+    if (transition.kind != AlarmTransition::Kind::Raised)
+        return;
+    m_newest = transition.alarm;
+    announce(transition.alarm);
+}
+
+// One after the other, though a page may raise another from within: a result ends the oldest alarm that waits for one.
+void AlarmSystem::announce(const ScadaAlarm& alarm)
+{
+    m_announced.push_back(alarm);
+    if (m_isAnnouncing)
+        return;
+    m_isAnnouncing = true;
+    for (; !m_announced.empty(); m_announced.pop_front())
+        tellPages(m_announced.front());
+    m_isAnnouncing = false;
 }
 
 // A page may be closed, or opened, by whoever hears of the alarm.
@@ -76,6 +93,9 @@ void AlarmSystem::advance()
     const QDateTime now = m_hub.currentTime();
     m_processor.advance(now.toMSecsSinceEpoch());
     m_manager.advance(now);
+    // What could not be written may have to wait long for another change.
+    if (!m_toldProblem.isEmpty())
+        commit();
 }
 
 void AlarmSystem::addEvent(const QString& text, const QString& user)
@@ -86,7 +106,7 @@ void AlarmSystem::addEvent(const QString& text, const QString& user)
     event.alarm.message = text;
     event.user = user;
     m_log.append(event);
-    m_commit.start();
+    m_settle.start();
 }
 
 // A full disk fails every time: once is told, until it fails for another reason.

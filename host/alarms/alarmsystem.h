@@ -12,6 +12,7 @@
 
 #include <tl/expected.hpp>
 
+#include <deque>
 #include <vector>
 
 class CanvasScadaActionManagerInterface;
@@ -42,6 +43,8 @@ public:
     const KorvaneScadaAlarmProcessor& processor() const { return m_processor; }
     AlarmDesk& desk() { return m_desk; }
     const AlarmLog& log() const { return m_log; }
+    /// The alarm that was raised last; with number 0 before the first.
+    const ScadaAlarm& newest() const { return m_newest; }
 
     /// What time does: delays and shelving end. To be called once a tick, after its samples.
     void advance();
@@ -55,12 +58,15 @@ public:
     void removePage(CanvasScadaActionManagerInterface* page);
 
 Q_SIGNALS:
+    /// Alarms changed: once for all that one pass of the event loop changed.
+    void changed();
     /// The log has new lines.
     void logged();
     void problemFound(const QString& text);
 
 private:
     void take(const AlarmTransition& transition);
+    void announce(const ScadaAlarm& alarm);
     void tellPages(const ScadaAlarm& alarm);
 
     RuntimeDatabase& m_database;
@@ -69,7 +75,10 @@ private:
     KorvaneScadaAlarmProcessor m_processor;
     AlarmDesk m_desk;
     AlarmLog m_log;
-    QTimer m_commit; ///< of what one pass of the event loop changed
+    ScadaAlarm m_newest;
+    QTimer m_settle; ///< for the end of the event loop's pass
     QString m_toldProblem;
     std::vector<CanvasScadaActionManagerInterface*> m_pages;
+    std::deque<ScadaAlarm> m_announced; ///< that pages have yet to hear of; the front one now
+    bool m_isAnnouncing = false;
 };

@@ -18,10 +18,14 @@ constexpr const char* states[] = {
 
 // In the order of ScadaAlarm::Cause.
 constexpr const char* causes[] = {
-    QT_TRANSLATE_NOOP("AlarmTexts", "very low"),        QT_TRANSLATE_NOOP("AlarmTexts", "low"),
-    QT_TRANSLATE_NOOP("AlarmTexts", "high"),            QT_TRANSLATE_NOOP("AlarmTexts", "very high"),
-    QT_TRANSLATE_NOOP("AlarmTexts", "abnormal state"),  QT_TRANSLATE_NOOP("AlarmTexts", "changes too fast"),
-    QT_TRANSLATE_NOOP("AlarmTexts", "value useless"),   QT_TRANSLATE_NOOP("AlarmTexts", "communication failed"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "very low"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "low"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "high"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "very high"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "abnormal state"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "changes too fast"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "no usable value"),
+    QT_TRANSLATE_NOOP("AlarmTexts", "communication failed"),
 };
 
 // In the order of AlarmTransition::Kind.

@@ -14,6 +14,12 @@ using Korvane::ScadaObjectType;
 constexpr qint32 uselessQuality =
     ValueMark::Invalid | ValueMark::Stale | ValueMark::OutOfRange | ValueMark::Oscillating;
 
+/// An invalid value leaves the marks of limits and states as they are, which are none where no value came before.
+bool isSilent(Cause cause, const ObjectMarks& marks)
+{
+    return cause != Cause::Quality && cause != Cause::Communication && (marks.quality & ValueMark::Invalid) != 0;
+}
+
 /// The limit that was crossed; invalid for a cause without one.
 QVariant limitOf(const RuntimeDatabase::Object& object, Cause cause)
 {
@@ -76,6 +82,17 @@ void KorvaneScadaAlarmProcessor::watchAll()
             m_watched.push_back(watched);
         }
     }
+    returnUnwatched();
+}
+
+/// What stands of an object or a cause that the point list no longer has would never return.
+void KorvaneScadaAlarmProcessor::returnUnwatched()
+{
+    for (const ScadaAlarm& alarm : m_manager.activeAlarms()) {
+        const RuntimeDatabase::Object* object = m_database.object({alarm.objectType, alarm.objectId});
+        if (!object || !object->alarm.hasAlarm(alarm.cause))
+            m_manager.returnAlarm(alarm.id, {});
+    }
 }
 
 bool KorvaneScadaAlarmProcessor::holds(Cause cause, const ObjectMarks& marks)
@@ -113,6 +130,8 @@ void KorvaneScadaAlarmProcessor::take(quint32 watched, quint32 place, const Obje
     Condition& condition = m_conditions[place];
     // Samples of a batch may be younger than the delay's end, which no tick has seen yet.
     finishDelay(watched, condition, marks.timeMs);
+    if (isSilent(condition.cause, marks))
+        return;
     const bool isThere = holds(condition.cause, marks);
     switch (condition.phase) {
     case Phase::Normal:

@@ -32,7 +32,8 @@ public:
     ~KorvaneScadaAlarmProcessor() override;
 
     /// Watches every object of the database that has an alarm. What stands already goes on, and returns with the first
-    /// sample that does not uphold it. To be called once, when all objects were added.
+    /// sample that does not uphold it; what stands of an object or cause without an alarm returns at once. To be called
+    /// once, when all objects were added.
     void watchAll();
 
     void marksChanged(const ObjectMarks& marks) override;
@@ -78,6 +79,7 @@ private:
         friend bool operator>(const Deadline& a, const Deadline& b) { return a.timeMs > b.timeMs; }
     };
 
+    void returnUnwatched();
     static bool holds(ScadaAlarm::Cause cause, const ObjectMarks& marks);
     void finishDelay(quint32 watched, Condition& condition, qint64 nowMs);
     void take(quint32 watched, quint32 condition, const ObjectMarks& marks);

@@ -97,8 +97,15 @@ tl::expected<Project, QString> Project::read(const QString& folder)
     project.isSecured = members.flag("security", false);
     if (!project.timeZone.isEmpty() && !QTimeZone(project.timeZone.toLatin1()).isValid())
         members.refuse("timeZone", QStringLiteral("the name of a time zone, as \"Europe/Berlin\""));
+    const QJsonValue alarms = document.object().value(QLatin1String("alarms"));
+    if (!alarms.isUndefined() && !alarms.isObject())
+        members.refuse("alarms", QStringLiteral("an object"));
     if (!members.problem().isEmpty())
         return refused(members.problem());
+    const auto presentation = AlarmPresentation::read(alarms.toObject(), project.folder);
+    if (!presentation)
+        return refused(presentation.error());
+    project.alarms = *presentation;
     if (project.name.isEmpty())
         project.name = QFileInfo(project.folder).fileName();
     return project;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/alarms/alarmpresentation.h"
 #include "host/hostexport.h"
 
 #include <QString>
@@ -27,6 +28,7 @@ struct KORVANE_HOST_EXPORT Project
     bool isSecured = false;
     /// How long a script may run before it is stopped.
     std::chrono::milliseconds scriptLimit{2000};
+    AlarmPresentation alarms = {};
 
     /// The project in \p folder.
     /// \returns why it can't be opened, with the file's name and, where there is one, the line.

@@ -26,6 +26,7 @@ DesignSystem::DesignSystem(const Project& project)
     hub.setCanvasActionManagerFactory(&m_managers);
     m_core.setScriptInterface(&m_scripts);
     m_scripts.setLimits({m_project.scriptLimit});
+    m_scripts.setFolder(m_project.folder);
     m_scripts.setPageNames([this] { return m_project.pages(); });
     PointDirectory::registerDirectory(&m_database);
     SvgSymbol::setSearchPaths({m_project.symbolFolder()});

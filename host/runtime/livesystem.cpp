@@ -60,6 +60,7 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
       m_core([this] { return QDateTime::fromMSecsSinceEpoch(nowMs(), Qt::UTC); }),
       m_dataService(m_database, *m_core.scadaCoreInterface()),
       m_alarms(m_database, *m_core.scadaCoreInterface()),
+      m_voice(nullptr),
       m_managers(m_core.scadaCoreInterface()),
       m_pages(m_project, *m_core.scadaCoreInterface()),
       m_scripts(*m_core.scadaCoreInterface())
@@ -68,6 +69,7 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
     hub.setScadaRuntime(&m_database);
     hub.setDataServiceInterface(&m_dataService);
     hub.setAppPropertyManager(&m_properties);
+    hub.setTTSInterface(&m_voice);
     hub.setCanvasActionManagerFactory(&m_managers);
     m_core.setCanvasManager(&m_pages);
     m_managers.setPresentRecords([this](const auto& objects) { return m_dataService.presentRecords(objects); });
@@ -78,7 +80,10 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
     SvgSymbol::setSearchPaths({m_project.symbolFolder()});
 
     m_dataService.setTick(m_project.tick);
-    connect(&m_dataService, &DataService::problemFound, this, &LiveSystem::addProblem);
+    connect(&m_dataService, &DataService::problemFound, this, [this](const QString& text) {
+        m_alarms.addEvent(text);
+        addProblem(text);
+    });
     heedPages();
     heedScripts();
     m_scripts.setEnabled(options.areScriptsTrusted);
@@ -120,6 +125,7 @@ void LiveSystem::heedScripts()
 {
     m_core.setScriptInterface(&m_scripts);
     m_scripts.setLimits({m_project.scriptLimit});
+    m_scripts.setFolder(m_project.folder);
     m_scripts.setPageNames([this] { return m_project.pages(); });
     connect(&m_scripts, &ScriptEngine::failed, this, &LiveSystem::addProblem);
     connect(&m_scripts, &ScriptEngine::logged, this, [this](ScriptEngine::Severity severity, const QString& text) {
@@ -155,6 +161,8 @@ bool LiveSystem::hasUntrustedScripts() const
 LiveSystem::~LiveSystem()
 {
     m_core.scadaCoreInterface()->close();
+    if (m_dataService.isRunning())
+        m_alarms.addEvent(tr("%1 ended").arg(m_project.name));
     m_dataService.stop();
     while (!m_pages.pages().empty())
         m_pages.close(m_pages.pages().back()->canvas->canvasName());
@@ -245,13 +253,27 @@ void LiveSystem::openStore()
     m_dataService.setStore(&m_store);
 }
 
+// What pages show of the alarms by tags such as "@::AlarmsUnacknowledged".
+void LiveSystem::showAlarmFigures()
+{
+    const AlarmManager& manager = m_alarms.manager();
+    const ScadaAlarm first = manager.firstOut({});
+    m_properties.setValue(QStringLiteral("AlarmsStanding"), static_cast<int>(manager.count()));
+    m_properties.setValue(QStringLiteral("AlarmsUnacknowledged"), manager.unacknowledgedCount({}));
+    m_properties.setValue(QStringLiteral("AlarmsHighestSeverity"), manager.highestUnacknowledgedSeverity());
+    m_properties.setValue(QStringLiteral("NewestAlarm"), m_alarms.newest().message);
+    m_properties.setValue(QStringLiteral("FirstAlarm"), first.message);
+}
+
 // The log lies in the store's file; where that can't be used, it lasts as long as the program.
 void LiveSystem::startAlarms()
 {
     connect(&m_alarms, &AlarmSystem::problemFound, this, &LiveSystem::addProblem);
     connect(&m_dataService, &DataService::ticked, &m_alarms, &AlarmSystem::advance);
+    connect(&m_alarms, &AlarmSystem::changed, this, &LiveSystem::showAlarmFigures);
     if (const auto started = m_alarms.start(m_store.fileName()); !started)
         addProblem(started.error() + QStringLiteral("; the alarm log is not kept beyond the end of this program"));
+    showAlarmFigures();
 }
 
 QString LiveSystem::sourceDescription() const
@@ -266,6 +288,7 @@ void LiveSystem::start()
 {
     if (m_replay)
         m_replay->resume();
+    m_alarms.addEvent(tr("%1 started: %2").arg(m_project.name, sourceDescription()));
     m_dataService.start();
     m_blink.start();
 }

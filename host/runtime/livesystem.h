@@ -14,6 +14,7 @@
 #include "host/scripting/pagescripts.h"
 #include "host/scripting/scriptengine.h"
 #include "host/sources/sourceaddress.h"
+#include "scada/audio/korvanettsinterface.h"
 
 #include <QObject>
 #include <QString>
@@ -68,6 +69,7 @@ public:
     PropertyManager& properties() { return m_properties; }
     KorvaneCore& core() { return m_core; }
     ScriptEngine& scripts() { return m_scripts; }
+    KorvaneTTSInterface& voice() { return m_voice; }
     /// The scripts of an open page, owned by the system; null for a page that is not open here.
     PageScripts* scriptsOf(const Page& page) const;
     /// Has the project's scripts run from now on; open pages are loaded as if they were opened now.
@@ -82,6 +84,8 @@ public:
 
     /// What went wrong so far without stopping the system, oldest first; the newest thousand.
     const QStringList& problems() const { return m_problems; }
+    /// Takes what went wrong elsewhere in the program without stopping the system.
+    void addProblem(const QString& text);
     /// Opens a page and connects it to the data service; one that can't be opened is a problem too.
     tl::expected<Page*, QString> openPage(const QString& name);
 
@@ -95,7 +99,7 @@ private:
     tl::expected<void, QString> openSource(const QString& address, bool isOwn);
     void openStore();
     void startAlarms();
-    void addProblem(const QString& text);
+    void showAlarmFigures();
     void heedPages();
     void heedScripts();
 
@@ -110,6 +114,7 @@ private:
     KorvaneCore m_core;
     DataService m_dataService;
     AlarmSystem m_alarms;
+    KorvaneTTSInterface m_voice;
     CanvasActionManagerFactory m_managers;
     CanvasManager m_pages;
     ScriptEngine m_scripts;

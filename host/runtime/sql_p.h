@@ -47,6 +47,9 @@ public:
     }
     Q_DISABLE_COPY(Transaction)
 
+    /// Whether it began: statements would be written one by one otherwise.
+    bool isOpen() const { return m_isOpen; }
+
     tl::expected<void, QString> commit()
     {
         if (!m_isOpen || !m_database.commit())

@@ -2,10 +2,12 @@
 
 #include "host/scripting/python_p.h"
 #include "host/scripting/scripthandler.h"
+#include "host/scripting/scriptmodule_p.h"
 
 #include <QString>
 
 #include <array>
+#include <iterator>
 #include <utility>
 
 /// The one interpreter of the process: started by the first use (std::runtime_error when it can't be), held by the GUI thread, never ended, since Python's
@@ -68,7 +70,8 @@ private:
     PyObject* m_trigger = nullptr;
     PyObject* m_event = nullptr;
     PyObject* m_canvas = nullptr;
-    std::array<std::pair<PyObject*, PyObject*>, 6> m_modules{}; ///< what every script finds, by their names
+    std::array<std::pair<PyObject*, PyObject*>, 2 + std::size(ScriptModule::parts)>
+        m_modules{}; ///< what every script finds, by their names
     py::object m_output;
     py::object m_errors;
 };

@@ -32,6 +32,11 @@ bool ScriptEngine::isEnabled() const
     return m_session->isEnabled;
 }
 
+void ScriptEngine::setFolder(const QString& folder)
+{
+    m_session->folder = folder;
+}
+
 void ScriptEngine::setPageNames(std::function<QStringList()> names)
 {
     m_session->pageNames = std::move(names);

@@ -18,7 +18,8 @@ class ScriptSession;
 /// Runs the scripts of pages in an embedded Python, on the GUI thread.
 ///
 /// Every page has one namespace, which lives from its first script until forgetCanvas(). A script finds in it "canvas",
-/// "shape", "trigger" and "event", the module "korvane" and its parts "tags", "pages", "alarms" and "log".
+/// "shape", "trigger" and "event", the module "korvane" and its parts "tags", "pages", "alarms", "sound", "speech" and
+/// "log".
 ///
 /// A script that runs longer than the limit, or puts out more than the limit, is stopped, whatever it catches, between
 /// two of its steps: a call of Python's own that does not come back can't be. Scripts that call each other through events share the
@@ -48,6 +49,8 @@ public:
     /// and a script that the user wants to run fails and says why.
     void setEnabled(bool enabled);
     bool isEnabled() const;
+    /// Folder that the files of sounds are seen from; the working folder unless set.
+    void setFolder(const QString& folder);
     /// Names of the pages that scripts can open; asked each time.
     void setPageNames(std::function<QStringList()> names);
 

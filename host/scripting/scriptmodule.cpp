@@ -258,6 +258,8 @@ py::module_ ScriptModule::create()
     definePages(
         part("pages", "The pages of the project. What is opened, closed or zoomed happens once the script has ended."));
     defineAlarms(part("alarms", "The alarms of the system."));
+    defineSound(part("sound", "Sounds of the project's own."));
+    defineSpeech(part("speech", "The voice that speaks messages."));
     defineLog(part("log", "The log that the program keeps."));
     for (const TriggerName& each : triggerNames)
         module.attr(each.name) = static_cast<int>(each.trigger);

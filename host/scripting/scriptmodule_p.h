@@ -13,7 +13,7 @@ class ScriptSession;
 namespace ScriptModule {
 
 /// The module's parts, which are names of every script's namespace too.
-constexpr const char* parts[] = {"tags", "pages", "alarms", "log"};
+constexpr const char* parts[] = {"tags", "pages", "alarms", "sound", "speech", "log"};
 
 /// Makes the module and makes it known to "import".
 py::module_ create();
@@ -27,6 +27,8 @@ void defineObjects(py::module_& module);
 void defineTags(py::module_ tags);
 void definePages(py::module_ pages);
 void defineAlarms(py::module_ alarms);
+void defineSound(py::module_ sound);
+void defineSpeech(py::module_ speech);
 void defineLog(py::module_ log);
 
 } // namespace ScriptModule

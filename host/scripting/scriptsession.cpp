@@ -8,6 +8,7 @@
 #include "platform/core/kvcanvasinterface.h"
 #include "platform/data/tagresolution.h"
 #include "scada/actions/scadascriptaction.h"
+#include "scada/audio/waveplayer.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 
 #include <QTimer>
@@ -409,6 +410,13 @@ void ScriptSession::write(const QString& text, bool isError)
         Q_EMIT m_engine.stdErr(text);
     else
         Q_EMIT m_engine.stdOut(text);
+}
+
+WavePlayer& ScriptSession::player()
+{
+    if (!m_player)
+        m_player = std::make_unique<WavePlayer>();
+    return *m_player;
 }
 
 void ScriptSession::later(const std::function<void()>& action)

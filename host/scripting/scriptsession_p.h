@@ -16,6 +16,7 @@
 #include <vector>
 
 class RuntimeDatabase;
+class WavePlayer;
 
 /// An engine at work: its pages' namespaces, and the script that runs.
 class ScriptSession
@@ -73,6 +74,8 @@ public:
     const Tag& tag(PyObject* text);
     /// Takes what a script printed. \throws py::error_already_set when it was too much
     void write(const QString& text, bool isError);
+    /// Plays the sounds of scripts; lives as long as the session.
+    WavePlayer& player();
     /// Counts what a script puts out. \throws py::error_already_set when it was too much
     void count(int characters);
     /// Does something once no script runs any more, unless the engine is gone by then.
@@ -87,6 +90,7 @@ public:
     Trial trial;
     ScriptEngine::Limits limits;
     std::function<QStringList()> pageNames;
+    QString folder;
     QString lastError;
     bool isEnabled = true;
 
@@ -123,6 +127,7 @@ private:
     py::object m_tagPlaces;   ///< dict from text to place in m_tags; nothing before the first tag
     std::vector<Tag> m_tags;
     KVCanvasInterface* m_canvas = nullptr;
+    std::unique_ptr<WavePlayer> m_player;
     int m_depth = 0;      ///< of scripts run by what scripts did
     qint64 m_printed = 0; ///< characters since the outermost script began
     QString m_stopReason; ///< empty unless the script that runs is to end

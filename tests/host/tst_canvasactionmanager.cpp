@@ -179,6 +179,74 @@ private Q_SLOTS:
         QVERIFY(manager.actions().isEmpty());
     }
 
+    void actionsAreFoundByTheirObjectWithOrWithoutAnIndex_data()
+    {
+        QTest::addColumn<bool>("isIndexed");
+        QTest::newRow("before the first batch") << false;
+        QTest::newRow("behind a batch") << true;
+    }
+    void actionsAreFoundByTheirObjectWithOrWithoutAnIndex()
+    {
+        QFETCH(bool, isIndexed);
+        TestPage page;
+        Shape& shape = page.addReadOut();
+        NumberAction* a = page.addNumber(shape, {QStringLiteral("P0")});
+        NumberAction* b = page.addNumber(shape, {QStringLiteral("P1"), QStringLiteral("P0")});
+        NumberAction* c = page.addNumber(shape, {QStringLiteral("P1:HighLimit"), QStringLiteral("P1")}); // twice
+        NumberAction* unit = page.addNumber(shape, {QStringLiteral("@R::UNIT")});
+        NumberAction* property = page.addNumber(shape, {QStringLiteral("@::speed")});
+        auto* foreign = new TestAction(&shape); // another host's, whose targets may be others every time
+        foreign->add(QStringLiteral("P0"));
+        page.manager->addAction(foreign);
+        std::deque<ObjectTarget> others; // of the foreign one, bound before the index is made
+        others.push_back(ObjectTarget::fromTagString(QStringLiteral("P3")));
+        others.back().resolve(&page.database);
+        page.manager->open(&page.database);
+        const auto settle = [&] {
+            if (isIndexed)
+                page.manager->takeBatch(batchOf({{200001, 1}}));
+        };
+        using List = QList<ScadaTagActionInterface*>;
+        const auto boundTo = [&](ScadaObjectType type, int id) { return page.manager->actionsBoundTo({type, id}); };
+        const ScadaObjectType analog = ScadaObjectType::AnalogPoint;
+        settle();
+        QCOMPARE(boundTo(analog, 200001), (List{a, b, foreign}));
+        QCOMPARE(boundTo(analog, 200002), (List{b, c}));
+        QCOMPARE(boundTo(analog, 200004), List());
+        QCOMPARE(boundTo(analog, 7), List());
+        QCOMPARE(boundTo(ScadaObjectType::DigitalPoint, 200001), List());
+        QCOMPARE(boundTo(ScadaObjectType::RtuObject, 7), List{unit});
+        QCOMPARE(boundTo(ScadaObjectType::ChannelObject, 7), List());
+        QCOMPARE(boundTo(ScadaObjectType::NoObject, 0), List());
+        QVERIFY(!boundTo(ScadaObjectType::ApplicationProperty, 7).contains(property));
+
+        foreign->targets.swap(others);
+        QCOMPARE(boundTo(analog, 200001), (List{a, b}));
+        QCOMPARE(boundTo(analog, 200004), List{foreign});
+        settle();
+        QCOMPARE(boundTo(analog, 200004), List{foreign});
+
+        a->setTags({QStringLiteral("P2")}); // bound anew
+        a->resolve(&page.database);
+        QCOMPARE(boundTo(analog, 200001), List{b});
+        QCOMPARE(boundTo(analog, 200003), List{a});
+        settle();
+        QCOMPARE(boundTo(analog, 200003), List{a});
+        QVERIFY(page.manager->moveAction(&shape, 1, 2));
+        QCOMPARE(boundTo(analog, 200002), (List{c, b}));
+        settle();
+        QCOMPARE(boundTo(analog, 200002), (List{c, b}));
+        QVERIFY(page.manager->takeAction(c));
+        delete c;
+        QCOMPARE(boundTo(analog, 200002), List{b});
+        settle();
+        NumberAction* late = page.addNumber(shape, {QStringLiteral("P1")});
+        late->resolve(&page.database);
+        QCOMPARE(boundTo(analog, 200002), (List{b, late}));
+        settle();
+        QCOMPARE(boundTo(analog, 200002), (List{b, late}));
+    }
+
     void overlaysGoWithTheirActions()
     {
         TestPage page;

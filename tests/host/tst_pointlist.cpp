@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QtTest>
 
+#include <array>
 #include <cmath>
 
 #ifdef Q_OS_UNIX
@@ -64,6 +65,49 @@ private Q_SLOTS:
         QCOMPARE(list->objects[2].type, ScadaObjectType::RtuObject);
         QCOMPARE(list->objects[3].type, ScadaObjectType::ChannelObject);
         QCOMPARE(list->objects[3].abnormalState, -1);
+    }
+
+    void readsEveryColumnOfAlarms()
+    {
+        const auto list = read(
+            "id;name;kind;low_low;low;high;high_high;states;abnormal_state;area;low_low_severity;low_severity;"
+            "high_severity;high_high_severity;state_severity;rate_severity;quality_severity;communication_severity;"
+            "rate_limit;on_delay;off_delay;latching;alarm_message\n"
+            "200001;FLOW;analog;1;2;8;9;;;\xEB\x8F\x99;0;1;2;3;;5;6;7;0,5;1,5;0,25;1;\"Close; \"\"valve\"\" 3\"\n"
+            "100001;PUMP;digital;;;;;Off|On|Tripped;2;East;;;;;9;;;;;;;0;\n"
+            "7;RTU1;unit;;;;;Down|Up;0;;;;;;4;;8;9;;;;;\n"
+            "8;LINE1;line;;;;;;;;;;;;;;0;0;;;;;\n"
+            "200002;LEVEL;analog;1;;;9;;;;;;;;;;;;3;;;;\n");
+        QVERIFY2(list, list ? "" : qPrintable(list.error()));
+        QCOMPARE(list->problems, QStringList());
+        QCOMPARE(list->objects.size(), std::size_t(5));
+        using Severities = std::array<qint8, AlarmSetting::causeCount>;
+
+        const Object& flow = list->objects[0];
+        QCOMPARE(flow.area, QString(QChar(0xB3D9)));
+        QCOMPARE(flow.alarm.severities, (Severities{0, 1, 2, 3, -1, 5, 6, 7}));
+        QCOMPARE(flow.alarm.rateLimit, 0.5);
+        QCOMPARE(flow.alarm.onDelay.count(), qint64(1500));
+        QCOMPARE(flow.alarm.offDelay.count(), qint64(250));
+        QVERIFY(flow.alarm.isLatching);
+        QCOMPARE(flow.alarm.message, QStringLiteral("Close; \"valve\" 3"));
+        QVERIFY(flow.alarm.hasAlarm(ScadaAlarm::Cause::LowLow));
+        QVERIFY(!flow.alarm.hasAlarm(ScadaAlarm::Cause::StateChange));
+
+        QCOMPARE(list->objects[1].alarm.severities, (Severities{-1, -1, -1, -1, 9, -1, -1, -1}));
+        QVERIFY(!list->objects[1].alarm.isLatching);
+        QCOMPARE(list->objects[1].area, QStringLiteral("East"));
+        QCOMPARE(list->objects[2].alarm.severities, (Severities{-1, -1, -1, -1, 4, -1, 8, 9}));
+        QCOMPARE(list->objects[3].alarm.severities, (Severities{-1, -1, -1, -1, -1, -1, 0, 0}));
+
+        const Object& level = list->objects[4]; // limits that only mark the value
+        QCOMPARE(level.alarm.severities, (Severities{-1, -1, -1, -1, -1, -1, -1, -1}));
+        QCOMPARE(level.alarm.rateLimit, 3.0);
+        QCOMPARE(level.alarm.onDelay.count(), qint64(0));
+        QCOMPARE(level.alarm.offDelay.count(), qint64(0));
+        QVERIFY(!level.alarm.isLatching);
+        QVERIFY(level.alarm.message.isEmpty());
+        QVERIFY(std::isnan(list->objects[3].alarm.rateLimit));
     }
 
     void threeColumnsAreEnough_data()
@@ -147,6 +191,70 @@ private Q_SLOTS:
             ", line 3, column 5 (abnormal_state), object \"P\": \"2\" is no whole number from 0 to 1");
         row("negative seconds", "stale_after", "200002,P,analog,-1",
             ", line 3, column 4 (stale_after), object \"P\": \"-1\" is not within 0 to 1000000000 seconds");
+        row("a severity without the limit low_low", "low_low_severity,low,high,high_high", "200002,P,analog,5,1,2,3",
+            ", line 3, column 4 (low_low_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a severity without the limit low", "low_severity,low_low,high,high_high", "200002,P,analog,5,1,2,3",
+            ", line 3, column 4 (low_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a severity without the limit high", "high_severity,low_low,low,high_high", "200002,P,analog,5,1,2,3",
+            ", line 3, column 4 (high_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a severity without the limit high_high", "high_high_severity,low_low,low,high", "200002,P,analog,5,1,2,3",
+            ", line 3, column 4 (high_high_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a severity of the state of an analog point", "state_severity,abnormal_state", "200002,P,analog,5,1",
+            ", line 3, column 4 (state_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a severity without an abnormal state", "state_severity", "100001,P,digital,5",
+            ", line 3, column 4 (state_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a severity without a rate limit", "rate_severity", "200002,P,analog,5",
+            ", line 3, column 4 (rate_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a severity of the rate of a digital point", "rate_severity,rate_limit", "100001,P,digital,5,1",
+            ", line 3, column 4 (rate_severity), object \"P\": the object has no limit or abnormal state for this "
+            "alarm");
+        row("a low_low severity above 9", "low_low_severity", "200002,P,analog,10",
+            ", line 3, column 4 (low_low_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a low severity above 9", "low_severity", "200002,P,analog,10",
+            ", line 3, column 4 (low_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a high severity above 9", "high_severity", "200002,P,analog,10",
+            ", line 3, column 4 (high_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a high_high severity above 9", "high_high_severity", "200002,P,analog,10",
+            ", line 3, column 4 (high_high_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a state severity above 9", "state_severity", "200002,P,analog,10",
+            ", line 3, column 4 (state_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a rate severity above 9", "rate_severity", "200002,P,analog,10",
+            ", line 3, column 4 (rate_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a quality severity above 9", "quality_severity", "200002,P,analog,10",
+            ", line 3, column 4 (quality_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a communication severity above 9", "communication_severity", "200002,P,analog,10",
+            ", line 3, column 4 (communication_severity), object \"P\": \"10\" is no whole number from 0 to 9");
+        row("a severity below 0", "quality_severity", "200002,P,analog,-1",
+            ", line 3, column 4 (quality_severity), object \"P\": \"-1\" is no whole number from 0 to 9");
+        row("a word as severity", "quality_severity", "200002,P,analog,high",
+            ", line 3, column 4 (quality_severity), object \"P\": \"high\" is no whole number from 0 to 9");
+        row("a rate limit of nothing", "rate_limit", "200002,P,analog,0",
+            ", line 3, column 4 (rate_limit), object \"P\": the rate limit must be above 0");
+        row("a negative rate limit", "rate_limit", "200002,P,analog,-1",
+            ", line 3, column 4 (rate_limit), object \"P\": the rate limit must be above 0");
+        row("a rate limit that is no number", "rate_limit", "200002,P,analog,fast",
+            ", line 3, column 4 (rate_limit), object \"P\": \"fast\" is no number");
+        row("a negative on delay", "on_delay", "200002,P,analog,-0.1",
+            ", line 3, column 4 (on_delay), object \"P\": \"-0.1\" is not within 0 to 1000000000 seconds");
+        row("an off delay that is no number", "off_delay", "200002,P,analog,soon",
+            ", line 3, column 4 (off_delay), object \"P\": \"soon\" is no number");
+        row("an off delay of a century", "off_delay", "200002,P,analog,3000000000",
+            ", line 3, column 4 (off_delay), object \"P\": \"3000000000\" is not within 0 to 1000000000 seconds");
+        row("latching twice", "latching", "200002,P,analog,2",
+            ", line 3, column 4 (latching), object \"P\": \"2\" is no whole number from 0 to 1");
+        row("latching by word", "latching", "200002,P,analog,yes",
+            ", line 3, column 4 (latching), object \"P\": \"yes\" is no whole number from 0 to 1");
+        row("an area that is no UTF-8", "area", "200002,P,analog,\xB0",
+            ", line 3, column 4 (area), object \"P\": \"\xEF\xBF\xBD\" is not UTF-8");
+        row("an alarm's message that is no UTF-8", "alarm_message", "200002,P,analog,\xB0",
+            ", line 3, column 4 (alarm_message), object \"P\": \"\xEF\xBF\xBD\" is not UTF-8");
         row("a column too few", "unit", "200002,P,analog",
             ", line 3, object \"P\": the line has 3 columns, the header 4");
         row("a column too many", "unit", "200002,P,analog,bar,1",

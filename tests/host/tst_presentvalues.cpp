@@ -73,6 +73,38 @@ struct Plant
     RuntimeDatabase database;
 };
 
+/// Keeps what it hears of watched objects, as "7: 1000 ms, 85 limit 2 quality 0".
+class Listener final : public MarksListener
+{
+public:
+    void marksChanged(const ObjectMarks& marks) override
+    {
+        heard.append(QStringLiteral("%1: %2 ms, %3 limit %4 quality %5")
+                         .arg(marks.handle)
+                         .arg(marks.timeMs - start)
+                         .arg(marks.value)
+                         .arg(marks.limitMarks)
+                         .arg(marks.quality));
+    }
+    QString take()
+    {
+        const QString all = heard.join(QStringLiteral("; "));
+        heard.clear();
+        return all;
+    }
+
+    QStringList heard;
+};
+
+/// Hears without keeping anything.
+class CountingListener final : public MarksListener
+{
+public:
+    void marksChanged(const ObjectMarks&) override { ++count; }
+
+    int count = 0;
+};
+
 } // namespace
 
 class tst_PresentValues : public QObject
@@ -206,6 +238,110 @@ private Q_SLOTS:
         QCOMPARE(plant.member(flowKey, "value"), QVariant(50.0));
         plant.take(flowKey, start + 2, 50);
         QCOMPARE(plant.mark(flowKey, "limit"), 0);
+    }
+
+    void changesOfWatchedMarksAreHeard()
+    {
+        Plant plant;
+        Listener listener;
+        plant.take(flowKey, start - 10, 50);
+        plant.database.setMarksListener(&listener);
+        plant.take(flowKey, start - 9, 85); // not watched yet
+        plant.database.watch(flowKey, 7);
+        plant.database.watch({ScadaObjectType::AnalogPoint, 200009}, 8); // unknown
+        plant.database.watch({ScadaObjectType::NoObject, 1}, 9);
+        QCOMPARE(listener.take(), QString());
+        plant.take(flowKey, start, 85); // the first sample, whatever it changes
+        QCOMPARE(listener.take(), QStringLiteral("7: 0 ms, 85 limit 2 quality 0"));
+        plant.take(flowKey, start + 1, 86);
+        plant.take(pumpKey, start + 1, 3);
+        QCOMPARE(listener.take(), QString());
+        plant.take(flowKey, start + 2, 95);
+        QCOMPARE(listener.take(), QStringLiteral("7: 2 ms, 95 limit 10 quality 0"));
+        plant.take(flowKey, start + 3, 95, ValueMark::Substituted);
+        QCOMPARE(listener.take(), QStringLiteral("7: 3 ms, 95 limit 10 quality 2"));
+        plant.take(flowKey, start + 4, std::nan(""));
+        QCOMPARE(listener.take(), QStringLiteral("7: 4 ms, 95 limit 10 quality 1"));
+        plant.take(flowKey, start + 5, 5);
+        QCOMPARE(listener.take(), QStringLiteral("7: 5 ms, 5 limit 5 quality 0"));
+        QVERIFY(!plant.take(flowKey, start + 4, 50)); // older: ignored
+        QCOMPARE(listener.take(), QString());
+        plant.database.setMarksListener(nullptr);
+        plant.take(flowKey, start + 6, 50);
+        QCOMPARE(listener.take(), QString());
+    }
+
+    void whatTimeDoesToWatchedMarksIsHeard()
+    {
+        Plant plant;
+        Listener listener;
+        plant.database.setMarksListener(&listener);
+        plant.database.watch(flowKey, 0);
+        plant.database.watch(unitKey, 1);
+        plant.take(flowKey, start, 50);
+        plant.take(unitKey, start, 1);
+        QCOMPARE(listener.take(), QStringLiteral("0: 0 ms, 50 limit 0 quality 0; 1: 0 ms, 1 limit 0 quality 0"));
+        QCOMPARE(plant.database.takeStale(start + 90000).size(), std::size_t(1));
+        QCOMPARE(listener.take(), QStringLiteral("0: 60000 ms, 50 limit 0 quality 4")); // when it was over
+        QVERIFY(plant.database.setCommunicationFailed(unitKey, true, start + 95000));
+        QVERIFY(!plant.database.setCommunicationFailed(unitKey, true, start + 96000));
+        QCOMPARE(listener.take(), QStringLiteral("1: 95000 ms, 1 limit 0 quality 8"));
+        QVERIFY(plant.database.setCommunicationFailed(unitKey, false, start + 97000));
+        QCOMPARE(listener.take(), QStringLiteral("1: 97000 ms, 1 limit 0 quality 0"));
+    }
+
+    void watchingAllocatesNothing()
+    {
+        Plant plant;
+        CountingListener listener;
+        plant.database.setMarksListener(&listener);
+        plant.database.watch(flowKey, 0);
+        plant.take(flowKey, start, 50);
+        const AllocationCounter counter;
+        QVERIFY(plant.take(flowKey, start + 1, 95));
+        QCOMPARE(counter.count(), std::size_t(0));
+        QCOMPARE(listener.count, 2);
+    }
+
+    void theRateOfChangeIsMarked_data()
+    {
+        QTest::addColumn<double>("rateLimit");
+        QTest::addColumn<qint64>("afterMs");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<bool>("isMarked");
+        QTest::newRow("at the limit") << 10.0 << Q_INT64_C(500) << 45.0 << false;
+        QTest::newRow("above the limit") << 10.0 << Q_INT64_C(500) << 45.5 << true;
+        QTest::newRow("downwards at the limit") << 10.0 << Q_INT64_C(500) << 35.0 << false;
+        QTest::newRow("downwards above the limit") << 10.0 << Q_INT64_C(500) << 34.5 << true;
+        QTest::newRow("of the same time") << 10.0 << Q_INT64_C(0) << 70.0 << false;
+        QTest::newRow("without a limit") << std::nan("") << Q_INT64_C(1) << 79.0 << false;
+        QTest::newRow("no value") << 10.0 << Q_INT64_C(1) << std::nan("") << false;
+    }
+    void theRateOfChangeIsMarked()
+    {
+        QFETCH(double, rateLimit);
+        QFETCH(qint64, afterMs);
+        QFETCH(double, value);
+        QFETCH(bool, isMarked);
+        RuntimeDatabase database;
+        RuntimeDatabase::Object object = flow();
+        object.alarm.rateLimit = rateLimit;
+        QVERIFY(database.add(object));
+        QVERIFY(database.takeSample({flowKey, start, 40, 0}));
+        QCOMPARE(database.presentRecord(flowKey).GetValue("limit")->toInt32(), 0); // nothing before
+        QVERIFY(database.takeSample({flowKey, start + afterMs, value, 0}));
+        QCOMPARE(database.presentRecord(flowKey).GetValue("limit")->toInt32(), isMarked ? int(ValueMark::Abnormal) : 0);
+    }
+
+    void aRateLimitMarksAnalogPointsOnly()
+    {
+        RuntimeDatabase database;
+        RuntimeDatabase::Object object = pump();
+        object.alarm.rateLimit = 1;
+        QVERIFY(database.add(object));
+        QVERIFY(database.takeSample({pumpKey, start, 0, 0}));
+        QVERIFY(database.takeSample({pumpKey, start + 1, 2, 0}));
+        QCOMPARE(database.presentRecord(pumpKey).GetValue("limit")->toInt32(), 0);
     }
 
     void theAbnormalStateIsMarked()

@@ -169,7 +169,10 @@ bool isSame(const Object& a, const Object& b)
            isSame(a.low, b.low) && isSame(a.high, b.high) && isSame(a.highHigh, b.highHigh) &&
            a.hysteresis == b.hysteresis && a.unit == b.unit && a.decimals == b.decimals && a.scaleLow == b.scaleLow &&
            a.scaleHigh == b.scaleHigh && a.states == b.states && a.abnormalState == b.abnormalState &&
-           a.staleAfter == b.staleAfter && a.address == b.address;
+           a.staleAfter == b.staleAfter && a.address == b.address && a.area == b.area &&
+           a.alarm.severities == b.alarm.severities && isSame(a.alarm.rateLimit, b.alarm.rateLimit) &&
+           a.alarm.onDelay == b.alarm.onDelay && a.alarm.offDelay == b.alarm.offDelay &&
+           a.alarm.isLatching == b.alarm.isLatching && a.alarm.message == b.alarm.message;
 }
 
 Object fullObject()
@@ -189,7 +192,34 @@ Object fullObject()
     object.abnormalState = 2;
     object.staleAfter = std::chrono::hours(1000);
     object.address = QStringLiteral("1/2/3");
+    object.area = QStringLiteral("East, 동");
+    object.alarm.severities = {0, 1, 2, 3, AlarmSetting::noAlarm, 5, 9, AlarmSetting::noAlarm};
+    object.alarm.rateLimit = 0.1;
+    object.alarm.onDelay = std::chrono::milliseconds(1500);
+    object.alarm.offDelay = std::chrono::hours(1000);
+    object.alarm.isLatching = true;
+    object.alarm.message = QStringLiteral("Close \"valve\"\n3");
     return object;
+}
+
+/// A database file as version 1 wrote it: points without areas and alarms. It holds FLOW, which had the value 60.
+QStringList statementsOfVersion1()
+{
+    return {
+        QStringLiteral(
+            "CREATE TABLE points (object INTEGER PRIMARY KEY, place INTEGER NOT NULL, kind INTEGER NOT NULL, "
+            "id INTEGER, name TEXT, station TEXT, description TEXT, display_name TEXT, low_low REAL, low REAL, "
+            "high REAL, high_high REAL, hysteresis REAL, unit TEXT, decimals INTEGER, scale_low REAL, "
+            "scale_high REAL, states TEXT, abnormal_state INTEGER, stale_after_ms INTEGER, address TEXT)"),
+        QStringLiteral("CREATE TABLE states (object INTEGER PRIMARY KEY, journal_row INTEGER NOT NULL, "
+                       "state BLOB NOT NULL)"),
+        QStringLiteral("CREATE TABLE journal (journal_row INTEGER PRIMARY KEY, notes BLOB NOT NULL)"),
+        QStringLiteral("CREATE TABLE runs (first_row INTEGER PRIMARY KEY, last_tick_ms INTEGER NOT NULL)"),
+        QStringLiteral("INSERT INTO points (object, place, kind, id, name, high, hysteresis, decimals, scale_low, "
+                       "scale_high, abnormal_state, stale_after_ms) "
+                       "VALUES (800008, 0, 1, 200002, 'FLOW', 80, 0, -1, 0, 0, -1, 0)"),
+        QStringLiteral("PRAGMA user_version = 1"),
+    };
 }
 
 } // namespace
@@ -230,6 +260,67 @@ private Q_SLOTS:
             QVERIFY(isSame((*loaded)[i], points[i]));
     }
 
+    void aFileOfVersion1IsBroughtUpToDate()
+    {
+        const QString file = newFile();
+        for (const QString& statement : statementsOfVersion1())
+            QVERIFY(change(file, statement));
+        {
+            RuntimeStore store;
+            QVERIFY(store.open(file));
+            const auto loaded = store.loadPoints();
+            QVERIFY(loaded);
+            Object expected{ScadaObjectType::AnalogPoint, 200002, QStringLiteral("FLOW")};
+            expected.high = 80;
+            QCOMPARE(loaded->size(), std::size_t(1));
+            QVERIFY(isSame(loaded->front(), expected));
+            QVERIFY(store.importPoints({fullObject(), expected}));
+        }
+        QCOMPARE(countOf(file, QStringLiteral("pragma_user_version WHERE user_version = 2")), 1);
+        QCOMPARE(countOf(file, QStringLiteral("pragma_table_info('points')")), 28); // seven more
+        RuntimeStore store;
+        QVERIFY(store.open(file)); // once more, with nothing to do
+        QVERIFY(isSame(store.loadPoints()->front(), fullObject()));
+        QCOMPARE(countOf(file, QStringLiteral("pragma_table_info('points')")), 28);
+    }
+
+    void aFileThatWasBroughtHalfUpToDateIsFinished()
+    {
+        const QString file = newFile();
+        for (const QString& statement : statementsOfVersion1())
+            QVERIFY(change(file, statement));
+        QVERIFY(change(file, QStringLiteral("ALTER TABLE points ADD COLUMN area TEXT")));
+        RuntimeStore store;
+        QVERIFY(store.open(file));
+        QVERIFY(store.importPoints({fullObject()}));
+        QVERIFY(isSame(store.loadPoints()->front(), fullObject()));
+    }
+
+    void statisticsOutliveAnOlderVersion()
+    {
+        const QString file = newFile();
+        {
+            RuntimeStore store;
+            Plant plant;
+            QVERIFY(store.open(file));
+            QVERIFY(store.load(plant.database).isEmpty());
+            const Sample sample{keyOf(2), start, 60, 0};
+            plant.database.takeSample(sample);
+            store.append({sample});
+            QVERIFY(store.commit(start + 60000));
+        }
+        QVERIFY(change(file, QStringLiteral("DROP TABLE points")));
+        for (const QString& statement : statementsOfVersion1()) {
+            if (!statement.startsWith(QLatin1String("CREATE")) || statement.contains(QLatin1String("TABLE points")))
+                QVERIFY(change(file, statement));
+        }
+        RuntimeStore store;
+        Plant plant;
+        QVERIFY(store.open(file));
+        QVERIFY(store.load(plant.database).isEmpty());
+        QCOMPARE(plant.database.presentRecord(keyOf(2)).GetValue("value")->toDouble(), 60.0);
+    }
+
     void anImportReplacesWhatChanged()
     {
         RuntimeStore store;
@@ -238,6 +329,9 @@ private Q_SLOTS:
         QVERIFY(store.importPoints(points));
         points.erase(points.begin() + 3);
         points[5].high = 12;
+        points[6].area = QStringLiteral("East");
+        points[8].alarm.severities[2] = 7;
+        points[11].alarm.rateLimit = 2;
         std::swap(points[7], points[9]);
         points.push_back({ScadaObjectType::AnalogPoint, 299999, QStringLiteral("NEW")});
         QVERIFY(store.importPoints(points));
