@@ -3,6 +3,7 @@
 #include "host/actions/canvasactionmanager.h"
 #include "host/canvas/canvas.h"
 #include "host/canvas/pagerenderer.h"
+#include "host/inspection/alarmreport.h"
 #include "host/inspection/pointreport.h"
 #include "host/runtime/livesystem.h"
 #include "host/shapes/shapeinput.h"
@@ -25,7 +26,7 @@ constexpr std::chrono::seconds usualRun{5};
 
 } // namespace
 
-void HeadlessRun::printPoints(LiveSystem& system)
+void HeadlessRun::printReport(LiveSystem& system)
 {
     QTextStream out(stdout);
     out.setCodec("UTF-8");
@@ -36,6 +37,8 @@ void HeadlessRun::printPoints(LiveSystem& system)
                .arg(figures.ignoredSamples)
                .arg(figures.batches)
                .arg(system.dataService().failedPoints());
+    constexpr int mostLines = 50;
+    out << AlarmReport::text(system.alarms(), mostLines);
 }
 
 bool HeadlessRun::writePicture(Page& page, const QString& fileName) const
@@ -109,7 +112,7 @@ int HeadlessRun::run(Page& page)
     QTimer::singleShot(m_options.after.value_or(usualRun), QCoreApplication::instance(), &QCoreApplication::quit);
     QCoreApplication::exec();
 
-    printPoints(m_system);
+    printReport(m_system);
     QString picture = m_options.screenshot;
     if (picture.isEmpty())
         picture = QStandardPaths::writableLocation(QStandardPaths::TempLocation) +

@@ -20,7 +20,7 @@ public:
     int runBenchmark(Page& page);
 
     /// Prints the table of the points with their figures.
-    static void printPoints(LiveSystem& system);
+    static void printReport(LiveSystem& system);
 
 private:
     bool writePicture(Page& page, const QString& fileName) const;

@@ -53,6 +53,7 @@ tl::expected<RuntimeOptions, QString> RuntimeOptions::parse(const QStringList& a
     option("zoom", "Size of the picture of a run without a window, 1 for the page's own.", "factor");
     parser.addOption(
         {QStringLiteral("no-store"), QStringLiteral("Keeps no statistics beyond the end of the program.")});
+    parser.addOption({QStringLiteral("silent"), QStringLiteral("Shows alarms without sound and speech.")});
     parser.addOption({QStringLiteral("trust"),
                       QStringLiteral("Runs the project's scripts this time, without asking whether it is trusted.")});
     parser.addOption(
@@ -75,6 +76,7 @@ tl::expected<RuntimeOptions, QString> RuntimeOptions::parse(const QStringList& a
     options.record = parser.value(QStringLiteral("record"));
     options.isBenchmark = parser.isSet(QStringLiteral("benchmark"));
     options.areScriptsTrusted = parser.isSet(QStringLiteral("trust"));
+    options.isSilent = parser.isSet(QStringLiteral("silent"));
     options.isStored = !parser.isSet(QStringLiteral("no-store"));
     if (parser.isSet(QStringLiteral("after"))) {
         options.after = parseDuration(parser.value(QStringLiteral("after")));

@@ -20,6 +20,7 @@ struct RuntimeOptions
     std::optional<std::chrono::milliseconds> after = {};
     double zoom = 1; ///< of the screenshot of a run without a window
     bool isStored = true;
+    bool isSilent = false;          ///< alarms are shown, not heard
     bool areScriptsTrusted = false; ///< runs the project's scripts, whatever the user said of its folder
     bool isBenchmark = false;       ///< draws off screen as a window would, and prints what it costs
 

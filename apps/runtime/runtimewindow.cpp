@@ -7,10 +7,12 @@
 #include "host/canvas/canvas.h"
 #include "host/canvas/canvasview.h"
 #include "host/runtime/livesystem.h"
+#include "host/runtime/pagesearch.h"
 #include "host/scripting/pageinput.h"
 #include "host/scripting/scripttrust.h"
 #include "host/scripting/trustbar.h"
 #include "host/shapes/shape.h"
+#include "platform/data/datalinkinfo.h"
 
 #include <QAction>
 #include <QApplication>
@@ -39,6 +41,7 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     : QMainWindow(parent),
       m_system(system),
       m_options(options),
+      m_alarms(system, *this, options.isSilent),
       m_explanation(new ExplanationDock(system.database(), this)),
       m_tags(new TagDock(system.database(), this)),
       m_scripts(new ScriptDock(system.scripts(), this)),
@@ -48,6 +51,7 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
 {
     setWindowTitle(QStringLiteral("%1 - %2").arg(system.project().name, system.sourceDescription()));
     resize(1280, 800);
+    m_tabs.setObjectName(QStringLiteral("pages"));
     m_tabs.setDocumentMode(true);
     m_tabs.setTabsClosable(true);
     m_tabs.setMovable(true);
@@ -57,6 +61,7 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     column->setSpacing(0);
     column->addWidget(m_trust);
     column->addWidget(&m_tabs);
+    column->addWidget(m_alarms.banner());
     setCentralWidget(content);
     addDockWidget(Qt::RightDockWidgetArea, m_explanation);
     addDockWidget(Qt::BottomDockWidgetArea, m_tags);
@@ -72,6 +77,7 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     connect(&m_tabs, &QTabWidget::currentChanged, this, &RuntimeWindow::heedTab);
     connect(&m_tabs, &QTabWidget::tabCloseRequested, this, &RuntimeWindow::closeTab);
     connect(&system, &LiveSystem::problemFound, this, &RuntimeWindow::addProblem);
+    connect(&m_alarms, &AlarmStation::pageRequested, this, &RuntimeWindow::showObject);
     connect(&system.dataService(), &DataService::batchSent, this, [this] {
         const Page* page = currentPage();
         m_hasNewValues |= page && page->canvas->hasChanged() && m_system.dataService().figures().newestSampleMs > 0;
@@ -89,6 +95,7 @@ RuntimeWindow::~RuntimeWindow()
     // The tabs' end reports other tabs in front, of which nothing is left to show.
     m_tabs.disconnect(this);
     m_tags->showPage(nullptr);
+    m_alarms.setPage(nullptr);
 }
 
 void RuntimeWindow::buildMenus()
@@ -136,9 +143,11 @@ void RuntimeWindow::buildMenus()
     scripts->setText(tr("&Output of the scripts"));
     scripts->setShortcut(Qt::Key_F4);
     view->addActions({explanation, tags, scripts});
+    QMenu* alarms = menuBar()->addMenu(tr("&Alarms"));
+    m_alarms.fillMenu(*alarms);
     // Keys work while the menu bar is hidden.
-    addActions(pages->actions());
-    addActions(view->actions());
+    for (const QMenu* menu : {pages, view, alarms})
+        addActions(menu->actions());
 }
 
 void RuntimeWindow::heedScripts()
@@ -214,6 +223,7 @@ void RuntimeWindow::closeTab(int place)
     Page* page = m_pages.take(view);
     m_explanation->forget();
     m_tags->showPage(nullptr);
+    m_alarms.setPage(nullptr);
     m_tabs.removeTab(place);
     delete view;
     m_system.pages().close(page->canvas->canvasName());
@@ -231,9 +241,37 @@ void RuntimeWindow::heedTab()
     }
     Page* page = currentPage();
     m_system.pages().setCurrent(page);
+    m_alarms.setPage(page);
     m_explanation->forget();
     m_tags->showPage(page);
     fillLayers();
+}
+
+/// Selects the first shape that shows the object on the page in front; false when none does.
+bool RuntimeWindow::select(ObjectKey object)
+{
+    const Page* page = currentPage();
+    const auto bound = page ? page->actions->actionsBoundTo(object) : QList<ScadaTagActionInterface*>();
+    if (bound.isEmpty())
+        return false;
+    currentView()->setSelected(dynamic_cast<Shape*>(bound.constFirst()->shape()));
+    return true;
+}
+
+// The page in front, else the first of those that name it.
+void RuntimeWindow::showObject(ObjectKey object)
+{
+    const RuntimeDatabase::Object* found = m_system.database().object(object);
+    if (!found || select(object))
+        return;
+    const QString tag = Korvane::tagPrefix(found->type) + found->name;
+    const QStringList pages = pagesNaming(m_system.project(), tag);
+    if (pages.isEmpty()) {
+        m_system.addProblem(tr("No page shows %1").arg(tag));
+        return;
+    }
+    openPage(pages.constFirst());
+    select(object);
 }
 
 void RuntimeWindow::fillLayers()
@@ -310,7 +348,7 @@ void RuntimeWindow::toggleFullScreen(bool isFull)
 
 void RuntimeWindow::end()
 {
-    HeadlessRun::printPoints(m_system);
+    HeadlessRun::printReport(m_system);
     QApplication::exit(m_options.screenshot.isEmpty() || takePicture() ? 0 : 1);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/runtime/alarmstation.h"
 #include "apps/runtime/runtimeoptions.h"
 
 #include <QElapsedTimer>
@@ -44,6 +45,8 @@ private:
     void heedTab();
     void fillLayers();
     void explain(Shape* shape);
+    void showObject(ObjectKey object);
+    bool select(ObjectKey object);
     void notePaint();
     void showFigures();
     void toggleFullScreen(bool isFull);
@@ -57,6 +60,7 @@ private:
 
     LiveSystem& m_system;
     const RuntimeOptions& m_options;
+    AlarmStation m_alarms;
     QTabWidget m_tabs;
     QHash<CanvasView*, Page*> m_pages;
     QMenu* m_layers = nullptr;

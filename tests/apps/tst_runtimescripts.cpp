@@ -62,6 +62,7 @@ struct Plant
         if (!opened)
             qFatal("%s", qPrintable(opened.error()));
         system = std::move(*opened);
+        options.isSilent = true;
         window = std::make_unique<RuntimeWindow>(*system, options);
         window->layout()->setSizeConstraint(QLayout::SetNoConstraint); // no hints to pass on to the screen
         openPage("main");
@@ -78,7 +79,7 @@ struct Plant
         window->showPage(**opened);
     }
 
-    QTabWidget& tabs() const { return *window->findChild<QTabWidget*>(); }
+    QTabWidget& tabs() const { return *window->findChild<QTabWidget*>(QStringLiteral("pages")); }
     QStringList openPages() const
     {
         QStringList names;
@@ -402,13 +403,14 @@ private Q_SLOTS:
         systemOptions.isStored = false;
         const auto system = LiveSystem::open(systemOptions);
         QVERIFY2(system, system ? "" : qPrintable(system.error()));
-        const RuntimeOptions options;
+        RuntimeOptions options;
+        options.isSilent = true;
         RuntimeWindow window(**system, options);
         window.layout()->setSizeConstraint(QLayout::SetNoConstraint);
         const auto overview = (*system)->openPage(text("overview"));
         window.showPage(**overview);
         window.show();
-        auto& tabs = *window.findChild<QTabWidget*>();
+        auto& tabs = *window.findChild<QTabWidget*>(QStringLiteral("pages"));
         auto& view = *qobject_cast<CanvasView*>(tabs.currentWidget());
         const Shape* pump = view.canvas().findShape(text("pump"));
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.viewportRect(*pump).center());

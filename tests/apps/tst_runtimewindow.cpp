@@ -35,6 +35,7 @@ struct Runtime
         const auto page = system->openPage(QStringLiteral("overview"));
         Q_ASSERT(page);
         overview = *page;
+        options.isSilent = true;
         window = std::make_unique<RuntimeWindow>(*system, options);
         window->layout()->setSizeConstraint(QLayout::SetNoConstraint); // no hints to pass on to the screen
         window->showPage(*overview);
@@ -52,7 +53,7 @@ struct Runtime
         }
     }
 
-    QTabWidget& tabs() const { return *window->findChild<QTabWidget*>(); }
+    QTabWidget& tabs() const { return *window->findChild<QTabWidget*>(QStringLiteral("pages")); }
     CanvasView& view() const { return *qobject_cast<CanvasView*>(tabs().currentWidget()); }
     QDockWidget& dock(const char* name) const { return *window->findChild<QDockWidget*>(QString::fromLatin1(name)); }
     QPlainTextEdit& explanation() const { return *dock("explanation").findChild<QPlainTextEdit*>(); }
@@ -142,8 +143,8 @@ private Q_SLOTS:
     {
         const Runtime runtime;
         QCOMPARE(runtime.entries(QStringLiteral("Page")),
-                 QStringList({QStringLiteral("overview"), QStringLiteral("statistics"), QString(),
-                              QStringLiteral("Run this project's scripts..."), QStringLiteral("Close"),
+                 QStringList({QStringLiteral("alarms"), QStringLiteral("overview"), QStringLiteral("statistics"),
+                              QString(), QStringLiteral("Run this project's scripts..."), QStringLiteral("Close"),
                               QStringLiteral("Quit")}));
         runtime.action(QStringLiteral("Page"), QStringLiteral("statistics")).trigger();
         QCOMPARE(runtime.tabs().count(), 2);

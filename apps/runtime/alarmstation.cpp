@@ -1,0 +1,124 @@
+#include "apps/runtime/alarmstation.h"
+
+#include "host/canvas/page.h"
+#include "host/runtime/livesystem.h"
+#include "host/speech/speechlibraries.h"
+#include "platform/utility/settingpath.h"
+#include "scada/audio/waveplayer.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QSettings>
+
+namespace {
+
+constexpr const char* filterKey = "AlarmList/Filter";
+
+QSettings settings()
+{
+    return {Korvane::getSettingPath({}, true, true), QSettings::IniFormat};
+}
+
+} // namespace
+
+AlarmStation::AlarmStation(LiveSystem& system, QMainWindow& window, bool isSilent)
+    : m_system(system),
+      m_annunciator(system.alarms().manager(), *WavePlayer::instance(), &system.voice(), system.project().alarms),
+      m_dock(new QDockWidget(tr("Alarms"), &window)),
+      m_list(new AlarmListWindow(system.alarms(), *system.core().scadaCoreInterface(), system.project().alarms.areas,
+                                 m_dock)),
+      m_banner(new AlarmBanner(system.alarms().manager(), system.alarms().desk(), &window)),
+      m_popup(system.alarms().manager(), system.alarms().desk(), &window)
+{
+    m_dock->setObjectName(QStringLiteral("alarms"));
+    m_dock->setWidget(m_list);
+    window.addDockWidget(Qt::BottomDockWidgetArea, m_dock);
+    m_dock->hide();
+    const AlarmDataInfo& severities = system.project().alarms.severities;
+    m_list->setPresentation(severities);
+    m_banner->setPresentation(severities);
+    m_popup.setPresentation(severities);
+    loadFilter();
+    connect(m_list, &AlarmListWindow::settingsChanged, this, &AlarmStation::keepFilter);
+    connect(m_list, &AlarmListWindow::silenceRequested, this, &AlarmStation::silence);
+    connect(m_list, &AlarmListWindow::pageRequested, this, &AlarmStation::pageRequested);
+    connect(&m_popup, &AlarmPopup::pageRequested, this, &AlarmStation::pageRequested);
+    connect(m_banner, &AlarmBanner::silenceRequested, this, &AlarmStation::silence);
+    connect(m_banner, &AlarmBanner::listRequested, this, &AlarmStation::showList);
+    connect(&m_annunciator, &AlarmAnnunciator::noticeChanged, m_banner, &AlarmBanner::setNotice);
+    connect(&m_annunciator, &AlarmAnnunciator::problemFound, &system, &LiveSystem::addProblem);
+    if (isSilent) {
+        m_annunciator.setMuted(true);
+        m_annunciator.setSpeechOn(false);
+    }
+    prepareVoice();
+}
+
+AlarmStation::~AlarmStation() = default;
+
+// A project whose alarms are not spoken needs no voice.
+void AlarmStation::prepareVoice()
+{
+    if (!m_annunciator.isSpeechOn())
+        return;
+    for (const SpeechLibraries::Found& voice : SpeechLibraries::prepare()) {
+        if (!voice.problem.isEmpty()) {
+            m_annunciator.addNotice(tr("No voice for %1: %2; alarms are shown, not spoken")
+                                        .arg(QLocale::languageToString(voice.language), voice.problem));
+        }
+    }
+}
+
+void AlarmStation::fillMenu(QMenu& menu)
+{
+    QAction* list = m_dock->toggleViewAction();
+    list->setText(tr("Alarm &list"));
+    list->setShortcut(Qt::Key_F5);
+    menu.addAction(list);
+    menu.addAction(tr("&Silence"), this, &AlarmStation::silence, Qt::Key_F7);
+    menu.addSeparator();
+    const auto addSwitch = [&](const QString& text, bool isOn, auto change) {
+        QAction* action = menu.addAction(text);
+        action->setCheckable(true);
+        action->setChecked(isOn);
+        connect(action, &QAction::toggled, this, change);
+    };
+    addSwitch(tr("Alarm s&ounds"), !m_annunciator.isMuted(), [this](bool isOn) { m_annunciator.setMuted(!isOn); });
+    addSwitch(tr("S&peech"), m_annunciator.isSpeechOn(), [this](bool isOn) {
+        m_annunciator.setSpeechOn(isOn);
+        prepareVoice();
+    });
+    addSwitch(tr("&Popups"), m_system.project().alarms.severities.isPopupShown(), [this](bool isOn) {
+        AlarmDataInfo severities = m_system.project().alarms.severities;
+        severities.setPopupShown(isOn);
+        m_popup.setPresentation(severities);
+    });
+}
+
+void AlarmStation::setPage(const Page* page)
+{
+    m_list->setPage(page ? page->actions.get() : nullptr);
+}
+
+void AlarmStation::showList()
+{
+    m_dock->show();
+    m_dock->raise();
+    m_list->setFocus();
+}
+
+// What this user set goes before what the project states.
+void AlarmStation::loadFilter()
+{
+    AlarmDisplayFilterInfo filter = m_system.project().alarms.filter;
+    const QString kept = settings().value(QLatin1String(filterKey)).toString();
+    if (!kept.isEmpty())
+        filter.fromSettingInfo(kept);
+    m_list->applyFilter(filter);
+}
+
+void AlarmStation::keepFilter(const QString& text) const
+{
+    settings().setValue(QLatin1String(filterKey), text);
+}
