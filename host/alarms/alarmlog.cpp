@@ -4,6 +4,7 @@
 
 #include <QDir>
 
+#include <algorithm>
 #include <atomic>
 #include <iterator>
 
@@ -241,7 +242,7 @@ void AlarmLog::appendExclusion(ObjectKey object, const AlarmManager::Exclusion& 
         m_exclusions.emplace_back(object, exclusion);
 }
 
-tl::expected<void, QString> AlarmLog::commit()
+tl::expected<void, QString> AlarmLog::commit(std::size_t mostLines)
 {
     if (waiting() == 0)
         return {};
@@ -249,16 +250,17 @@ tl::expected<void, QString> AlarmLog::commit()
     Transaction transaction(database);
     if (!transaction.isOpen())
         return failure(QStringLiteral("the alarm log could not be written: %1").arg(reasonOf(database.lastError())));
+    const std::size_t count = std::min(mostLines, m_lines.size());
     const auto written =
-        writeLines().and_then([this] { return writeExclusions(); }).and_then([&] { return transaction.commit(); });
+        writeLines(count).and_then([this] { return writeExclusions(); }).and_then([&] { return transaction.commit(); });
     if (!written)
         return failure(QStringLiteral("the alarm log could not be written: %1").arg(written.error()));
-    m_lines.clear();
+    m_lines.erase(m_lines.begin(), m_lines.begin() + static_cast<std::ptrdiff_t>(count));
     m_exclusions.clear();
     return {};
 }
 
-tl::expected<void, QString> AlarmLog::writeLines()
+tl::expected<void, QString> AlarmLog::writeLines(std::size_t count)
 {
     const QSqlDatabase database = QSqlDatabase::database(m_connection);
     QSqlQuery insert(database);
@@ -274,7 +276,8 @@ tl::expected<void, QString> AlarmLog::writeLines()
         ends.prepare(QStringLiteral("DELETE FROM standing_alarms WHERE occurrence = ?"));
     if (!isReady)
         return tl::make_unexpected(reasonOf(database.lastError()));
-    for (const AlarmTransition& line : m_lines) {
+    for (std::size_t waiting = 0; waiting < count; ++waiting) {
+        const AlarmTransition& line = m_lines[waiting];
         int place = 0;
         for (const Column& column : columns)
             insert.bindValue(place++, column.get(line));

@@ -47,9 +47,9 @@ public:
     /// How many notes wait for the next commit.
     std::size_t waiting() const { return m_lines.size() + m_exclusions.size(); }
 
-    /// Writes what waits in one transaction; does nothing when nothing waits.
+    /// Writes what waits in one transaction, of the lines the oldest \p mostLines; does nothing when nothing waits.
     /// \returns the reason when it failed; everything goes on waiting then.
-    [[nodiscard]] tl::expected<void, QString> commit();
+    [[nodiscard]] tl::expected<void, QString> commit(std::size_t mostLines = std::numeric_limits<std::size_t>::max());
 
     /// Lines that were committed, newest first.
     tl::expected<std::vector<AlarmTransition>, QString> read(const Query& query) const;
@@ -59,7 +59,7 @@ public:
 
 private:
     tl::expected<void, QString> prepare();
-    tl::expected<void, QString> writeLines();
+    tl::expected<void, QString> writeLines(std::size_t count);
     tl::expected<void, QString> writeExclusions();
     tl::unexpected<QString> failure(const QString& what) const;
 

@@ -6,6 +6,13 @@
 
 #include <algorithm>
 
+namespace {
+
+// Some 15 ms of writing: a burst must not hold the window.
+constexpr std::size_t mostLinesAtOnce = 1000;
+
+} // namespace
+
 AlarmSystem::AlarmSystem(RuntimeDatabase& database, KorvaneScadaCoreInterface& hub, QObject* parent)
     : QObject(parent),
       m_database(database),
@@ -26,7 +33,9 @@ AlarmSystem::AlarmSystem(RuntimeDatabase& database, KorvaneScadaCoreInterface& h
     m_settle.setSingleShot(true);
     m_settle.setInterval(0);
     connect(&m_settle, &QTimer::timeout, this, [this] {
-        commit();
+        commit(mostLinesAtOnce);
+        if (m_toldProblem.isEmpty() && m_log.waiting() > 0)
+            m_settle.start();
         Q_EMIT changed();
     });
 }
@@ -110,11 +119,11 @@ void AlarmSystem::addEvent(const QString& text, const QString& user)
 }
 
 // A full disk fails every time: once is told, until it fails for another reason.
-void AlarmSystem::commit()
+void AlarmSystem::commit(std::size_t mostLines)
 {
     if (m_log.waiting() == 0)
         return;
-    const auto committed = m_log.commit();
+    const auto committed = m_log.commit(mostLines);
     if (committed) {
         m_toldProblem.clear();
         Q_EMIT logged();

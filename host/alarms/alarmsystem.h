@@ -13,6 +13,7 @@
 #include <tl/expected.hpp>
 
 #include <deque>
+#include <limits>
 #include <vector>
 
 class CanvasScadaActionManagerInterface;
@@ -51,7 +52,7 @@ public:
     /// Writes a line into the log that is none of an alarm.
     void addEvent(const QString& text, const QString& user = {});
     /// Writes what the log still holds back; done by itself soon after each change.
-    void commit();
+    void commit() { commit(std::numeric_limits<std::size_t>::max()); }
 
     /// \param page not owned; must be removed before it goes
     void addPage(CanvasScadaActionManagerInterface* page);
@@ -65,6 +66,7 @@ Q_SIGNALS:
     void problemFound(const QString& text);
 
 private:
+    void commit(std::size_t mostLines);
     void take(const AlarmTransition& transition);
     void announce(const ScadaAlarm& alarm);
     void tellPages(const ScadaAlarm& alarm);

@@ -141,7 +141,8 @@ void AlarmPopup::place()
     const QScreen* at = parentWidget() ? parentWidget()->screen() : screen();
     constexpr int margin = 16;
     const QRect room = at->availableGeometry();
-    move(room.right() - width() - margin, room.bottom() - height - 4 * margin);
+    // Below the window's menus: at its foot stand the buttons for alarms.
+    move(room.right() - width() - margin, room.top() + 6 * margin);
 }
 
 void AlarmPopup::acknowledge()
