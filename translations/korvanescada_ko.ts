@@ -9,6 +9,576 @@
     </message>
 </context>
 <context>
+    <name>AlarmAnnunciator</name>
+    <message>
+        <source>There is no sound device: alarms are shown, not heard</source>
+        <translation>소리 장치가 없어 경보가 소리 없이 표시만 됩니다</translation>
+    </message>
+    <message>
+        <source>%1: there is no such sound file; alarms of severity %2 are shown, not heard</source>
+        <translation>%1: 소리 파일이 없어 심각도 %2 경보가 소리 없이 표시만 됩니다</translation>
+    </message>
+    <message>
+        <source>%1: can&apos;t be played; alarms of severity %2 are shown, not heard</source>
+        <translation>%1: 재생할 수 없어 심각도 %2 경보가 소리 없이 표시만 됩니다</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmBanner</name>
+    <message>
+        <source>Alarms</source>
+        <translation>경보</translation>
+    </message>
+    <message>
+        <source>Ac&amp;knowledge</source>
+        <translation>경보 확인(&amp;K)</translation>
+    </message>
+    <message>
+        <source>S&amp;ilence</source>
+        <translation>소리 끄기(&amp;I)</translation>
+    </message>
+    <message>
+        <source>A&amp;larms...</source>
+        <translation>경보 목록(&amp;L)...</translation>
+    </message>
+    <message>
+        <source>S%1: %2</source>
+        <comment>severity and number of alarms</comment>
+        <translation>심각도 %1: %2</translation>
+    </message>
+    <message>
+        <source>No alarm waits.</source>
+        <translation>확인할 경보가 없습니다.</translation>
+    </message>
+    <message>
+        <source>%1  %2  %3</source>
+        <comment>time, tag and message</comment>
+        <translation>%1  %2  %3</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmFilterBar</name>
+    <message>
+        <source>Se&amp;verities</source>
+        <translation>심각도(&amp;S)</translation>
+    </message>
+    <message>
+        <source>A&amp;reas</source>
+        <translation>책임 구역(&amp;G)</translation>
+    </message>
+    <message>
+        <source>no area</source>
+        <translation>구역 없음</translation>
+    </message>
+    <message>
+        <source>S&amp;tates</source>
+        <translation>상태(&amp;T)</translation>
+    </message>
+    <message>
+        <source>standing</source>
+        <translation>현재 경보</translation>
+    </message>
+    <message>
+        <source>shelved</source>
+        <translation>보류</translation>
+    </message>
+    <message>
+        <source>suppressed, out of service</source>
+        <translation>억제, 서비스 중지</translation>
+    </message>
+    <message>
+        <source>Search in tags and messages</source>
+        <translation>태그와 메시지에서 찾기</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>찾기</translation>
+    </message>
+    <message>
+        <source>Only the user&apos;s own</source>
+        <translation>사용자의 책임 구역만</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmListModel</name>
+    <message>
+        <source>Severity</source>
+        <translation>심각도</translation>
+    </message>
+    <message>
+        <source>Raised</source>
+        <translation>발생 시각</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>상태</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>책임 구역</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>태그</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>메시지</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>값</translation>
+    </message>
+    <message>
+        <source>Limit</source>
+        <translation>한계값</translation>
+    </message>
+    <message>
+        <source>Cause</source>
+        <translation>원인</translation>
+    </message>
+    <message>
+        <source>Returned</source>
+        <translation>복귀 시각</translation>
+    </message>
+    <message>
+        <source>Acknowledged</source>
+        <translation>확인 시각</translation>
+    </message>
+    <message>
+        <source>Acknowledged by</source>
+        <translation>확인한 사용자</translation>
+    </message>
+    <message>
+        <source>Shelved until</source>
+        <translation>보류 종료 시각</translation>
+    </message>
+    <message>
+        <source>Shelved by</source>
+        <translation>보류한 사용자</translation>
+    </message>
+    <message>
+        <source>Shelved: %1</source>
+        <translation>보류 사유: %1</translation>
+    </message>
+    <message>
+        <source>Suppressed: %1</source>
+        <translation>억제 사유: %1</translation>
+    </message>
+    <message>
+        <source>Out of service: %1</source>
+        <translation>서비스 중지 사유: %1</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmListWindow</name>
+    <message>
+        <source>Alarms</source>
+        <translation>경보</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>이력</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>what it does (keys)</comment>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Silence</source>
+        <translation>소리 끄기</translation>
+    </message>
+    <message>
+        <source>End the sound</source>
+        <translation>울리는 경보음 끄기</translation>
+    </message>
+    <message>
+        <source>Go to page</source>
+        <translation>페이지로 이동</translation>
+    </message>
+    <message>
+        <source>Show the page of the alarm</source>
+        <translation>경보가 있는 페이지 표시</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>내보내기...</translation>
+    </message>
+    <message>
+        <source>Write what is shown to a file</source>
+        <translation>표시된 내용을 파일로 저장</translation>
+    </message>
+    <message>
+        <source>Acknowledge</source>
+        <translation>확인</translation>
+    </message>
+    <message>
+        <source>Acknowledge the alarms selected</source>
+        <translation>선택한 경보 확인</translation>
+    </message>
+    <message>
+        <source>Acknowledge page</source>
+        <translation>페이지 경보 확인</translation>
+    </message>
+    <message>
+        <source>Acknowledge every alarm of the page in front</source>
+        <translation>앞에 있는 페이지의 모든 경보 확인</translation>
+    </message>
+    <message>
+        <source>Acknowledge all</source>
+        <translation>모두 확인</translation>
+    </message>
+    <message>
+        <source>Acknowledge every alarm that the list shows</source>
+        <translation>목록에 표시된 모든 경보 확인</translation>
+    </message>
+    <message>
+        <source>Shelve...</source>
+        <translation>보류...</translation>
+    </message>
+    <message>
+        <source>Put the alarms selected away for a time</source>
+        <translation>선택한 경보를 일정 시간 동안 보류</translation>
+    </message>
+    <message>
+        <source>Unshelve</source>
+        <translation>보류 해제</translation>
+    </message>
+    <message>
+        <source>End the shelving of the alarms selected</source>
+        <translation>선택한 경보의 보류 해제</translation>
+    </message>
+    <message>
+        <source>Out of service...</source>
+        <translation>서비스 중지...</translation>
+    </message>
+    <message>
+        <source>Take the objects of the alarms selected out of service</source>
+        <translation>선택한 경보의 객체 서비스 중지</translation>
+    </message>
+    <message>
+        <source>Into service</source>
+        <translation>서비스 재개</translation>
+    </message>
+    <message>
+        <source>Put the objects of the alarms selected back into service</source>
+        <translation>선택한 경보의 객체 서비스 재개</translation>
+    </message>
+    <message>
+        <source>Tool bar</source>
+        <translation>도구 모음</translation>
+    </message>
+    <message>
+        <source>Columns...</source>
+        <translation>열 선택...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n alarm(s)</source>
+        <translation>
+            <numerusform>경보 %n건</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>tag: message</comment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>state: number</comment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>no alarm</source>
+        <translation>경보 없음</translation>
+    </message>
+    <message>
+        <source>first: %1 at %2</source>
+        <translation>최초 경보: %1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmLogModel</name>
+    <message>
+        <source>Time</source>
+        <translation>시각</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>구분</translation>
+    </message>
+    <message>
+        <source>Severity</source>
+        <translation>심각도</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>책임 구역</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>태그</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>메시지</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>상태</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>값</translation>
+    </message>
+    <message>
+        <source>Limit</source>
+        <translation>한계값</translation>
+    </message>
+    <message>
+        <source>Cause</source>
+        <translation>원인</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>사용자</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>사유</translation>
+    </message>
+    <message>
+        <source>Until</source>
+        <translation>보류 종료 시각</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmLogView</name>
+    <message>
+        <source>Log</source>
+        <translation>이력</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>시작 시각</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>종료 시각</translation>
+    </message>
+    <message>
+        <source>Up to &amp;now</source>
+        <translation>현재까지(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Tag, or a part of it</source>
+        <translation>태그 또는 태그의 일부</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>태그</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>내보내기(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>&amp;From</source>
+        <translation>시작(&amp;F)</translation>
+    </message>
+    <message>
+        <source>T&amp;o</source>
+        <translation>종료(&amp;O)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n line(s)</source>
+        <translation>
+            <numerusform>이력 %n건</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>AlarmPopup</name>
+    <message>
+        <source>Alarm</source>
+        <translation>경보</translation>
+    </message>
+    <message>
+        <source>&amp;Acknowledge</source>
+        <translation>경보 확인(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Go to page</source>
+        <translation>페이지로 이동(&amp;G)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>닫기(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Severity %1, %2
+%3</source>
+        <translation>심각도 %1, %2
+%3</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more</source>
+        <translation>
+            <numerusform>외 %n건</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Alarm: %1</source>
+        <translation>경보: %1</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmStation</name>
+    <message>
+        <source>Alarms</source>
+        <translation>경보</translation>
+    </message>
+    <message>
+        <source>No voice for %1: %2; alarms are shown, not spoken</source>
+        <translation>%1 음성을 사용할 수 없어 경보가 음성 없이 표시만 됩니다: %2</translation>
+    </message>
+    <message>
+        <source>Alarm &amp;list</source>
+        <translation>경보 목록(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Silence</source>
+        <translation>소리 끄기(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Alarm s&amp;ounds</source>
+        <translation>경보음(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Popups</source>
+        <translation>팝업(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Korean</source>
+        <translation>한국어</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>영어</translation>
+    </message>
+    <message>
+        <source>Sp&amp;eech</source>
+        <translation>음성(&amp;E)</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmTable</name>
+    <message>
+        <source>Usual order</source>
+        <translation>기본 순서</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>내보내기</translation>
+    </message>
+    <message>
+        <source>Separated text (*.csv)</source>
+        <translation>쉼표로 구분한 텍스트 (*.csv)</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmTexts</name>
+    <message>
+        <source>normal</source>
+        <translation>정상</translation>
+    </message>
+    <message>
+        <source>unacknowledged</source>
+        <translation>미확인</translation>
+    </message>
+    <message>
+        <source>acknowledged</source>
+        <translation>확인</translation>
+    </message>
+    <message>
+        <source>returned unacknowledged</source>
+        <translation>복귀 미확인</translation>
+    </message>
+    <message>
+        <source>shelved</source>
+        <translation>보류</translation>
+    </message>
+    <message>
+        <source>suppressed</source>
+        <translation>억제</translation>
+    </message>
+    <message>
+        <source>out of service</source>
+        <translation>서비스 중지</translation>
+    </message>
+    <message>
+        <source>very low</source>
+        <translation>하하한 미달</translation>
+    </message>
+    <message>
+        <source>low</source>
+        <translation>하한 미달</translation>
+    </message>
+    <message>
+        <source>high</source>
+        <translation>상한 초과</translation>
+    </message>
+    <message>
+        <source>very high</source>
+        <translation>상상한 초과</translation>
+    </message>
+    <message>
+        <source>abnormal state</source>
+        <translation>상태 이상</translation>
+    </message>
+    <message>
+        <source>changes too fast</source>
+        <translation>변화율 초과</translation>
+    </message>
+    <message>
+        <source>no usable value</source>
+        <translation>유효값 없음</translation>
+    </message>
+    <message>
+        <source>communication failed</source>
+        <translation>통신 이상</translation>
+    </message>
+    <message>
+        <source>raised</source>
+        <translation>발생</translation>
+    </message>
+    <message>
+        <source>returned</source>
+        <translation>복귀</translation>
+    </message>
+    <message>
+        <source>unshelved</source>
+        <translation>보류 해제</translation>
+    </message>
+    <message>
+        <source>no longer suppressed</source>
+        <translation>억제 해제</translation>
+    </message>
+    <message>
+        <source>taken out of service</source>
+        <translation>서비스 중지</translation>
+    </message>
+    <message>
+        <source>put back into service</source>
+        <translation>서비스 재개</translation>
+    </message>
+    <message>
+        <source>event</source>
+        <translation>이벤트</translation>
+    </message>
+</context>
+<context>
     <name>CanvasOperationSetting</name>
     <message>
         <source>CanvasOperationSetting</source>
@@ -33,6 +603,28 @@
     <message>
         <source>...</source>
         <translation>...</translation>
+    </message>
+</context>
+<context>
+    <name>ChoiceButton</name>
+    <message>
+        <source>All</source>
+        <translation>모두</translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation>모두</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n chosen</source>
+        <translation>
+            <numerusform>%n개 선택</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>what is chosen of: what is chosen</comment>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
@@ -264,6 +856,17 @@
     <message>
         <source>Fill level</source>
         <translation>채움 높이</translation>
+    </message>
+</context>
+<context>
+    <name>LiveSystem</name>
+    <message>
+        <source>%1 ended</source>
+        <translation>%1 종료</translation>
+    </message>
+    <message>
+        <source>%1 started: %2</source>
+        <translation>%1 시작: %2</translation>
     </message>
 </context>
 <context>
@@ -812,6 +1415,14 @@
         <source>&amp;Output of the scripts</source>
         <translation>스크립트 출력(&amp;O)</translation>
     </message>
+    <message>
+        <source>&amp;Alarms</source>
+        <translation>경보(&amp;A)</translation>
+    </message>
+    <message>
+        <source>No page shows %1</source>
+        <translation>%1을(를) 표시하는 페이지가 없습니다</translation>
+    </message>
 </context>
 <context>
     <name>ScadaEventActionInterface</name>
@@ -887,6 +1498,53 @@
     <message>
         <source>Clear</source>
         <translation>지우기</translation>
+    </message>
+</context>
+<context>
+    <name>ShelveDialog</name>
+    <message>
+        <source>Shelve</source>
+        <translation>보류</translation>
+    </message>
+    <message>
+        <source>&amp;Reason:</source>
+        <translation>사유(&amp;R):</translation>
+    </message>
+    <message>
+        <source>For how long</source>
+        <translation>보류 기간</translation>
+    </message>
+    <message>
+        <source>15 &amp;minutes</source>
+        <translation>15분(&amp;M)</translation>
+    </message>
+    <message>
+        <source>1 &amp;hour</source>
+        <translation>1시간(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;8 hours</source>
+        <translation>&amp;8시간</translation>
+    </message>
+    <message>
+        <source>&amp;24 hours</source>
+        <translation>&amp;24시간</translation>
+    </message>
+    <message>
+        <source>&amp;Until</source>
+        <translation>다음 시각까지(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Until</source>
+        <translation>보류 종료 시각</translation>
+    </message>
+    <message>
+        <source>Out of service</source>
+        <translation>서비스 중지</translation>
+    </message>
+    <message>
+        <source>That time has passed.</source>
+        <translation>이미 지난 시각입니다.</translation>
     </message>
 </context>
 <context>

@@ -64,8 +64,9 @@ void AlarmStation::prepareVoice()
         return;
     for (const SpeechLibraries::Found& voice : SpeechLibraries::prepare()) {
         if (!voice.problem.isEmpty()) {
-            m_annunciator.addNotice(tr("No voice for %1: %2; alarms are shown, not spoken")
-                                        .arg(QLocale::languageToString(voice.language), voice.problem));
+            const QString language = voice.language == QLocale::Korean ? tr("Korean") : tr("English");
+            m_annunciator.addNotice(
+                tr("No voice for %1: %2; alarms are shown, not spoken").arg(language, voice.problem));
         }
     }
 }
@@ -76,7 +77,7 @@ void AlarmStation::fillMenu(QMenu& menu)
     list->setText(tr("Alarm &list"));
     list->setShortcut(Qt::Key_F5);
     menu.addAction(list);
-    menu.addAction(tr("&Silence"), this, &AlarmStation::silence, Qt::Key_F7);
+    menu.addAction(tr("&Silence"), this, &AlarmStation::silence, Qt::Key_F12);
     menu.addSeparator();
     const auto addSwitch = [&](const QString& text, bool isOn, auto change) {
         QAction* action = menu.addAction(text);
@@ -85,7 +86,7 @@ void AlarmStation::fillMenu(QMenu& menu)
         connect(action, &QAction::toggled, this, change);
     };
     addSwitch(tr("Alarm s&ounds"), !m_annunciator.isMuted(), [this](bool isOn) { m_annunciator.setMuted(!isOn); });
-    addSwitch(tr("S&peech"), m_annunciator.isSpeechOn(), [this](bool isOn) {
+    addSwitch(tr("Sp&eech"), m_annunciator.isSpeechOn(), [this](bool isOn) {
         m_annunciator.setSpeechOn(isOn);
         prepareVoice();
     });

@@ -154,8 +154,8 @@ void AlarmAnnunciator::startSound(int severity)
     if (QAudioDeviceInfo::defaultOutputDevice().isNull()) {
         problem = tr("There is no sound device: alarms are shown, not heard");
     } else if (!QFileInfo(path).isFile()) {
-        problem =
-            tr("%1: there is no such sound file; alarms of severity %2 are shown, not heard").arg(file).arg(severity);
+        problem = tr("%1: there is no such sound file; alarms of severity %2 are shown, not heard")
+                      .arg(file, QString::number(severity));
     } else if (!m_unheard.contains(path)) {
         m_player.stop(); // a file that can't be read would leave the sound before as it is
         m_player.play(path);
@@ -164,7 +164,8 @@ void AlarmAnnunciator::startSound(int severity)
         // Else the next play of the path would bring the sound that was played last.
         m_player.reset();
         m_unheard.insert(path);
-        problem = tr("%1: can't be played; alarms of severity %2 are shown, not heard").arg(file).arg(severity);
+        problem =
+            tr("%1: can't be played; alarms of severity %2 are shown, not heard").arg(file, QString::number(severity));
     }
     if (!problem.isEmpty())
         addNotice(problem);
