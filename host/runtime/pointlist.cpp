@@ -355,8 +355,8 @@ tl::expected<Object, Refusal> Reader::readObject()
     }
     Object object;
     using Step = std::optional<Refusal> (Reader::*)(Object&);
-    for (const Step step : {&Reader::readTexts, &Reader::readIdentity, &Reader::readNumbers, &Reader::readStates,
-                            &Reader::readAlarm}) {
+    for (const Step step :
+         {&Reader::readTexts, &Reader::readIdentity, &Reader::readNumbers, &Reader::readStates, &Reader::readAlarm}) {
         if (auto refused = (this->*step)(object))
             return tl::make_unexpected(std::move(*refused));
     }
@@ -476,7 +476,8 @@ std::optional<Refusal> Reader::readAlarm(Object& object)
     alarm.isLatching = isLatching == 1;
     const auto message = fromUtf8(textOf(AlarmMessageColumn));
     if (!message)
-        return refusal(AlarmMessageColumn, QStringLiteral("%1 is not UTF-8").arg(csvQuoted(textOf(AlarmMessageColumn))));
+        return refusal(AlarmMessageColumn,
+                       QStringLiteral("%1 is not UTF-8").arg(csvQuoted(textOf(AlarmMessageColumn))));
     alarm.message = *message;
     return readSeverities(object);
 }
@@ -508,12 +509,13 @@ std::optional<Refusal> Reader::readSeverities(Object& object) const
 {
     for (std::size_t place = 0; place < AlarmSetting::causeCount; ++place) {
         const auto column = static_cast<Column>(LowLowSeverityColumn + place);
-        int severity = AlarmSetting::noAlarm;
+        int severity = -1;
         if (auto refused = readInteger(column, ScadaAlarm::highestSeverity, severity))
             return refused;
-        if (severity != AlarmSetting::noAlarm && !canCause(object, static_cast<ScadaAlarm::Cause>(place)))
+        if (severity >= 0 && !canCause(object, static_cast<ScadaAlarm::Cause>(place)))
             return refusal(column, QStringLiteral("the object has no limit or abnormal state for this alarm"));
-        object.alarm.severities[place] = static_cast<qint8>(severity);
+        if (severity >= 0)
+            object.alarm.severities[place] = static_cast<qint8>(severity);
     }
     return std::nullopt;
 }

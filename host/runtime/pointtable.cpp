@@ -170,8 +170,9 @@ tl::expected<void, QString> createPointTable(QSqlDatabase& database)
 tl::expected<void, QString> completePointTable(QSqlDatabase& database)
 {
     for (const Column& column : columns) {
-        const auto count = ask(database, QStringLiteral("SELECT count(*) FROM pragma_table_info('points') WHERE name = '%1'")
-                                             .arg(QLatin1String(column.name)));
+        const auto count =
+            ask(database, QStringLiteral("SELECT count(*) FROM pragma_table_info('points') WHERE name = '%1'")
+                              .arg(QLatin1String(column.name)));
         if (!count)
             return tl::make_unexpected(count.error());
         if (count->toInt() > 0)

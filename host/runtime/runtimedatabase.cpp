@@ -294,8 +294,7 @@ void RuntimeDatabase::tellMarks(Present& present, qint32 limitMarksBefore, qint3
     if (!m_marksListener || (isSame && !present.isReportDue))
         return;
     present.isReportDue = false;
-    m_marksListener->marksChanged(
-        {present.watchHandle, timeMs, present.value, present.limitMarks, present.quality});
+    m_marksListener->marksChanged({present.watchHandle, timeMs, present.value, present.limitMarks, present.quality});
 }
 
 void RuntimeDatabase::setLimitMarks(Present& present)

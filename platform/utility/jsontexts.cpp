@@ -89,7 +89,9 @@ QString numberText(double number)
     constexpr double exact = 9007199254740992.0; // 2^53: beyond it not every whole number is a double
     if (!std::isfinite(number))
         return QStringLiteral("null");
-    if (number == std::floor(number) && std::abs(number) <= exact && !(number == 0 && std::signbit(number)))
+    if (number == 0 && std::signbit(number))
+        return QStringLiteral("-0.0"); // readers take "-0" for the integer 0
+    if (number == std::floor(number) && std::abs(number) <= exact)
         return QString::number(static_cast<qint64>(number));
     std::array<char, 32> text{}; // the longest has 24 characters
     const auto written = std::to_chars(text.data(), text.data() + text.size(), number);

@@ -18,7 +18,8 @@ KORVANE_PLATFORM_EXPORT QString jsKeyInt64Value(const QString& key, qint64 value
 /// The value is a text, quoted and escaped.
 KORVANE_PLATFORM_EXPORT QString jsKeyStringValue(const QString& key, const QString& value, bool comma);
 /// The fewest digits that read back to the same double. Whole numbers up to 2^53 stand without fraction and exponent,
-/// so that they can be read as integers; NaN and the infinities, which JSON lacks, are null.
+/// so that they can be read as integers, but for minus zero, "-0.0", which as an integer would lose its sign. NaN and the
+/// infinities, which JSON lacks, are null.
 KORVANE_PLATFORM_EXPORT QString jsKeyDoubleValue(const QString& key, double value, bool comma);
 /// \param valueText an object or array that is JSON already; inserted as it stands
 KORVANE_PLATFORM_EXPORT QString jsKeyObjectValue(const QString& key, const QString& valueText, bool comma);

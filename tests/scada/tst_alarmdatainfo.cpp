@@ -265,6 +265,8 @@ private Q_SLOTS:
             false);
         row("of names that stand twice the last wins", "{'1':{'Path':'a','Path':'b','UsePopup':1,'UsePopup':0}}", 1,
             "b", false);
+        row("of names that stand twice the last wins, the other way round",
+            "{'1':{'Path':'b','Path':'a','UsePopup':0,'UsePopup':1}}", 1, "a", true);
         row("of severities that stand twice the last wins whole", "{'1':{'Path':'a','UsePopup':1},'1':{'Path':'b'}}", 1,
             "b", false);
         row("a name that is no number is 0", "{'high':{'Path':'a'}}", 0, "a", false);
@@ -280,6 +282,7 @@ private Q_SLOTS:
         row("a path that is null leaves it empty", "{'1':{'Path':null}}", 1, "", false);
         row("a path that is an object leaves it empty", "{'1':{'Path':{'Path':'a'}}}", 1, "", false);
         row("a path behind a wrong one", "{'1':{'Path':[],'Path':'a'}}", 1, "a", false);
+        row("a path before a wrong one stays", "{'1':{'Path':'a','Path':5}}", 1, "a", false);
         row("a popup of 2", "{'1':{'UsePopup':2}}", 1, "", true);
         row("a popup of -1", "{'1':{'UsePopup':-1}}", 1, "", true);
         row("a popup of 256 has no low byte", "{'1':{'UsePopup':256}}", 1, "", false);
@@ -288,6 +291,12 @@ private Q_SLOTS:
         row("a popup of 2^64 - 1 has one", "{'1':{'UsePopup':18446744073709551615}}", 1, "", true);
         row("a popup of 0.9 is 0", "{'1':{'UsePopup':0.9}}", 1, "", false);
         row("a popup of 1.0 is 1", "{'1':{'UsePopup':1.0}}", 1, "", true);
+        row("a popup of 256.9 has no low byte", "{'1':{'UsePopup':256.9}}", 1, "", false);
+        row("a double beyond 32 bits stays at their end, whose low byte is FF", "{'1':{'UsePopup':4294967296.0}}", 1,
+            "", true);
+        row("a negative one stays at theirs, whose low byte is 0", "{'1':{'UsePopup':-4294967297.0}}", 1, "", false);
+        row("a popup beyond 64 bits is such a double", "{'1':{'UsePopup':18446744073709551616}}", 1, "", true);
+        row("a popup of the greatest double too", "{'1':{'UsePopup':1.7976931348623157e308}}", 1, "", true);
         row("a popup that is true reads as 0", "{'1':{'UsePopup':true}}", 1, "", false);
         row("a popup that is a text reads as 0", "{'1':{'UsePopup':'1'}}", 1, "", false);
         row("a popup that is an array reads as 0", "{'1':{'UsePopup':[1]}}", 1, "", false);

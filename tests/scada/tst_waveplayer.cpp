@@ -2,13 +2,13 @@
 #include "tests/scada/playedsounds.h"
 #include "tests/support/markingtranslator.h"
 
-#include <QApplication>
+#include <QDir>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QtTest>
 
-#include <cstring>
+#include <algorithm>
 #include <memory>
 
 class tst_WavePlayer : public QObject
@@ -355,6 +355,36 @@ private Q_SLOTS:
         QVERIFY(m_sounds.longOne.samples.startsWith(m_sounds.heard.samples()));
     }
 
+    void theFileGoesBeforeTheOutput_data()
+    {
+        QTest::addColumn<bool>("isReset");
+        QTest::newRow("with the player") << false;
+        QTest::newRow("in a reset") << true;
+    }
+
+    void theFileGoesBeforeTheOutput()
+    {
+#ifndef Q_OS_LINUX
+        QSKIP("the system does not list the files that a program has open");
+#endif
+        QFETCH(const bool, isReset);
+        const QString path = m_sounds.longOne.path;
+        bool isFileGone = false;
+        auto player = std::make_unique<ShowingPlayer>();
+        QPointer<QObject> child; // dies with the output
+        once(player.get(), active, [&] { child = new QObject(player->tellingOutput()); });
+        player->play(path);
+        QVERIFY(child);
+        QVERIFY(isOpen(path));
+        connect(child, &QObject::destroyed, this, [&] { isFileGone = !isOpen(path); });
+        if (isReset)
+            player->reset();
+        else
+            player.reset();
+        QVERIFY(!child);
+        QVERIFY(isFileGone);
+    }
+
     void aPlayerDiesWithItsParent()
     {
         auto parent = std::make_unique<QObject>();
@@ -433,28 +463,7 @@ private Q_SLOTS:
     {
         const MarkingTranslator translator;
         QCOMPARE(WavePlayer::tr("volume"), QStringLiteral("WavePlayer::volume"));
-    }
-
-    void programsEnd_data()
-    {
-        QTest::addColumn<QString>("program");
-        QTest::newRow("the sound that plays ends with the application") << QStringLiteral("ends-while-playing");
-        QTest::newRow("a sound that follows the end of another does too") << QStringLiteral("ends-in-a-sequence");
-        QTest::newRow("an application without the library's player ends")
-            << QStringLiteral("ends-with-an-extra-player");
-        QTest::newRow("without audio device nothing sounds") << QStringLiteral("has-no-device");
-    }
-
-    void programsEnd()
-    {
-        QFETCH(const QString, program);
-        QProcess process;
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(QCoreApplication::applicationFilePath(),
-                      {QStringLiteral("program"), program, m_sounds.longOne.path, m_sounds.shortOne.path});
-        QVERIFY(process.waitForFinished());
-        const QByteArray output = process.readAll();
-        QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0, output.constData());
+        QCOMPARE(translatedFromUtf8<WavePlayer>("volume"), QStringLiteral("WavePlayer::volume"));
     }
 
 private:
@@ -466,69 +475,17 @@ private:
         return content.readAll();
     }
 
+    /// Whether this program has the file open.
+    static bool isOpen(const QString& path)
+    {
+        const QString file = QFileInfo(path).canonicalFilePath();
+        const QFileInfoList open = QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files);
+        return std::any_of(open.begin(), open.end(),
+                           [&](const QFileInfo& info) { return info.symLinkTarget() == file; });
+    }
+
     PlayedSounds m_sounds;
 };
 
-namespace {
-
-/// A program whose application ends while something plays. \returns what main() returns: 0 when all went well.
-int endWhilePlaying(int argc, char* argv[])
-{
-    const QByteArray program(argv[2]);
-    const QString longSound = QString::fromLocal8Bit(argv[3]);
-    const QString shortSound = QString::fromLocal8Bit(argv[4]);
-    auto application = std::make_unique<QCoreApplication>(argc, argv);
-    const HeardSound heard;
-    if (program == "ends-with-an-extra-player") {
-        WavePlayer extra;
-        extra.play(longSound);
-        application.reset();
-        return extra.state() == active ? 0 : 1; // only the library's own is reset
-    }
-    WavePlayer* player = WavePlayer::instance();
-    if (program == "ends-in-a-sequence") {
-        QObject::connect(player, &WavePlayer::stateChanged, player, [&](QAudio::State state) {
-            if (state == stopped)
-                player->play(shortSound);
-        });
-    }
-    player->play(longSound);
-    if (player->state() != active)
-        return 2;
-    application.reset();
-    return player->state() == idle ? 0 : 3;
-}
-
-/// A program on a machine that can't sound.
-int playWithoutDevice(int argc, char* argv[])
-{
-    QCoreApplication::setLibraryPaths({QStringLiteral("/dev/null")});
-    const QCoreApplication application(argc, argv);
-    QCoreApplication::setLibraryPaths({QStringLiteral("/dev/null")});
-    WavePlayer player;
-    for (int i = 3; i < argc; ++i) {
-        player.play(QString::fromLocal8Bit(argv[i]));
-        if (player.state() != stopped)
-            return i;
-        player.replay();
-        player.stop();
-        QCoreApplication::processEvents();
-    }
-    player.reset();
-    return player.state() == idle ? 0 : 1;
-}
-
-} // namespace
-
-int main(int argc, char* argv[])
-{
-    if (argc == 5 && std::strcmp(argv[1], "program") == 0) {
-        const bool hasDevice = std::strcmp(argv[2], "has-no-device") != 0;
-        return hasDevice ? endWhilePlaying(argc, argv) : playWithoutDevice(argc, argv);
-    }
-    const QApplication application(argc, argv);
-    tst_WavePlayer test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(tst_WavePlayer)
 #include "tst_waveplayer.moc"

@@ -2,10 +2,38 @@
 #include "tests/scada/playedsounds.h"
 
 #include <QAudioOutput>
+#include <QBuffer>
 #include <QPointer>
 #include <QtTest>
 
 #include <cstring>
+
+namespace {
+
+/// Has an event pending at all times: each one that is delivered posts the next, which the same delivery leaves for later.
+class Deliveries : public QObject
+{
+public:
+    explicit Deliveries(const WavePlayer& player) : m_player(player) { post(); }
+
+    /// What the player's state was at each.
+    const States& states() const { return m_states; }
+
+protected:
+    void customEvent(QEvent*) override
+    {
+        m_states.append(m_player.state());
+        post();
+    }
+
+private:
+    void post() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
+
+    const WavePlayer& m_player;
+    States m_states;
+};
+
+} // namespace
 
 // Calls of a player from within its calls: what it tells and what is pending reaches slots that do something with it.
 class tst_WavePlayerCalls : public QObject
@@ -172,6 +200,84 @@ private Q_SLOTS:
         endAndClose(player);
         QCOMPARE(m_sounds.heard.sounds().size(), 1);
         QCOMPARE(m_sounds.heard.samples(), m_sounds.shortOne.samples);
+    }
+
+    void nobodyHearsOfAnOutputThatWasReplaced()
+    {
+        ShowingPlayer player;
+        QPointer<QAudioOutput> output;
+        States told;
+        bool isEndTold = false;
+        const QObject hearer;
+        once(&player, active, [&] { output = qobject_cast<QAudioOutput*>(player.tellingOutput()); });
+        player.play(m_sounds.longOne.path);
+        QVERIFY(output);
+        connect(output, &QAudioOutput::stateChanged, &hearer, [&](QAudio::State state) { told.append(state); });
+        connect(output, &QObject::destroyed, &hearer, [&] { isEndTold = true; });
+        player.play(m_sounds.shortOne.path);
+        QCOMPARE(told, States({stopped})); // before it was replaced
+
+        Listener listener(player);
+        QBuffer nothing;
+        QVERIFY(nothing.open(QIODevice::ReadOnly));
+        output->start(&nothing);
+        QCOMPARE(output->state(), active);
+        output->stop();
+        QCOMPARE(told, States({stopped}));
+        QCOMPARE(listener.take(), States());
+        QTRY_VERIFY(!output);
+        QVERIFY(!isEndTold);
+    }
+
+    void anOutputBelongsToNoObject()
+    {
+        ShowingPlayer player;
+        QPointer<QObject> output;
+        once(&player, active, [&] { output = player.tellingOutput(); });
+        player.play(m_sounds.longOne.path);
+        QVERIFY(output);
+        QVERIFY(!output->parent());
+        QVERIFY(player.children().isEmpty());
+    }
+
+    void whatIsPendingIsDeliveredOnceForEachStop_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("call");
+        QTest::addColumn<States>("states"); // of the player at each delivery
+        const auto row = [](const char* name, const char* before, const char* call, const States& states) {
+            QTest::newRow(name) << QString::fromLatin1(before) << QString::fromLatin1(call) << states;
+        };
+        row("the first sound's new output", "", "play long", {stopped});
+        row("another sound: the output before and the new one", "play long", "play other", {stopped, stopped});
+        row("another sound after the end", "end of short", "play other", {stopped, stopped});
+        row("the same sound", "play long", "play long", {stopped});
+        row("the same sound after the end stops nothing", "end of short", "play short", {});
+        row("a replay", "play long", "replay", {stopped});
+        row("a replay after the end stops nothing", "end of short", "replay", {});
+        row("a replay without a sound", "", "replay", {});
+        // Qt's output for ALSA delivers once more in its destructor: the player has none by then.
+        row("a reset", "play long", "reset", {stopped, idle});
+        row("a reset after the end", "end of short", "reset", {stopped, idle});
+        row("a reset without a sound", "", "reset", {});
+        row("a file that is not there", "play long", "play missing", {});
+        row("a stop delivers nothing", "play long", "stop", {});
+    }
+
+    void whatIsPendingIsDeliveredOnceForEachStop()
+    {
+        QFETCH(const QString, before);
+        QFETCH(const QString, call);
+        WavePlayer player;
+        if (before == QLatin1String("end of short")) {
+            player.play(m_sounds.shortOne.path);
+            QTRY_COMPARE(player.state(), idle);
+        } else {
+            act(&player, before);
+        }
+        const Deliveries deliveries(player);
+        act(&player, call);
+        QTEST(deliveries.states(), "states");
     }
 
 private:

@@ -17,3 +17,13 @@ public:
         return QLatin1String(context) + QLatin1String("::") + QLatin1String(text);
     }
 };
+
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED // hosts written for Qt 4 still call it
+/// \p text by the class's own trUtf8().
+template <typename Class>
+QString translatedFromUtf8(const char* text)
+{
+    return Class::trUtf8(text);
+}
+QT_WARNING_POP

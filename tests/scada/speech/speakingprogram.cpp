@@ -1,6 +1,7 @@
-// Uses the speech front end as its arguments say, one after the other, and leaves without a word:
-//   English=TEXT Korean=TEXT Japanese=TEXT   a message
-//   renew                                    a new front end in place of the one before
+// Uses speech front ends, at first one, as its arguments say, one after the other, and leaves without a word:
+//   English=TEXT Korean=TEXT Japanese=TEXT   a message, to the front end that began last
+//   begin                                    a further front end
+//   end                                      the front end that began first goes
 //   codepage=NAME                            texts go out in that encoding from here on
 //   put=FILE:FOLDER                          copies a library to where it is looked for
 #include "scada/audio/korvanettsinterface.h"
@@ -10,7 +11,7 @@
 #include <QFileInfo>
 #include <QTextCodec>
 
-#include <memory>
+#include <list>
 
 namespace {
 
@@ -33,21 +34,23 @@ QLocale::Language languageOf(const QString& name)
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    auto speech = std::make_unique<KorvaneTTSInterface>(nullptr);
+    std::list<KorvaneTTSInterface> frontEnds;
+    frontEnds.emplace_back(nullptr);
     const QStringList steps = QCoreApplication::arguments().mid(1);
     for (const QString& step : steps) {
         const QString name = step.section(QLatin1Char('='), 0, 0);
         const QString value = step.section(QLatin1Char('='), 1);
-        if (name == QLatin1String("renew")) {
-            speech.reset();
-            speech = std::make_unique<KorvaneTTSInterface>(nullptr);
+        if (name == QLatin1String("begin")) {
+            frontEnds.emplace_back(nullptr);
+        } else if (name == QLatin1String("end")) {
+            frontEnds.pop_front();
         } else if (name == QLatin1String("codepage")) {
             QTextCodec::setCodecForLocale(QTextCodec::codecForName(value.toLatin1()));
         } else if (name == QLatin1String("put")) {
             if (!put(value))
                 return 2;
         } else {
-            speech->playMessage(value, languageOf(name));
+            frontEnds.back().playMessage(value, languageOf(name));
         }
     }
     return 0;
