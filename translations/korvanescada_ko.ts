@@ -297,6 +297,18 @@
         <source>first: %1 at %2</source>
         <translation>최초 경보: %1 (%2)</translation>
     </message>
+    <message numerus="yes">
+        <source>%n object(s) suppressed or out of service</source>
+        <translation>
+            <numerusform>억제 또는 서비스 중지 %n개</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hidden by the filter</source>
+        <translation>
+            <numerusform>필터로 숨긴 경보 %n건</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>AlarmLogModel</name>

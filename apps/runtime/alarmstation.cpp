@@ -10,10 +10,16 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QSettings>
+#include <QUrl>
 
 namespace {
 
-constexpr const char* filterKey = "AlarmList/Filter";
+/// Numbers of areas mean something in their project only.
+QString filterKey(const Project& project)
+{
+    return QStringLiteral("AlarmList/Filter-") +
+           QString::fromLatin1(QUrl::toPercentEncoding(project.folder, {}, QByteArrayLiteral("/")));
+}
 
 QSettings settings()
 {
@@ -53,6 +59,8 @@ AlarmStation::AlarmStation(LiveSystem& system, QMainWindow& window, bool isSilen
         m_annunciator.setSpeechOn(false);
     }
     prepareVoice();
+    if (!isSilent)
+        m_annunciator.checkSounds();
 }
 
 AlarmStation::~AlarmStation() = default;
@@ -113,7 +121,7 @@ void AlarmStation::showList()
 void AlarmStation::loadFilter()
 {
     AlarmDisplayFilterInfo filter = m_system.project().alarms.filter;
-    const QString kept = settings().value(QLatin1String(filterKey)).toString();
+    const QString kept = settings().value(filterKey(m_system.project())).toString();
     if (!kept.isEmpty())
         filter.fromSettingInfo(kept);
     m_list->applyFilter(filter);
@@ -121,5 +129,5 @@ void AlarmStation::loadFilter()
 
 void AlarmStation::keepFilter(const QString& text) const
 {
-    settings().setValue(QLatin1String(filterKey), text);
+    settings().setValue(filterKey(m_system.project()), text);
 }

@@ -70,10 +70,8 @@ AlarmAnnunciator::~AlarmAnnunciator()
 
 void AlarmAnnunciator::take(const AlarmTransition& transition)
 {
-    using Kind = AlarmTransition::Kind;
     const ScadaAlarm& alarm = transition.alarm;
-    const bool isNew = alarm.isUnacknowledged() && transition.kind != Kind::Returned && alarm.id != 0;
-    if (isNew) {
+    if (transition.isAnnouncement()) {
         m_unspoken.push_back({alarm.id, alarm.severity, alarm.message});
         m_isSilenced = false;
     }
@@ -85,6 +83,9 @@ void AlarmAnnunciator::silence()
 {
     m_isSilenced = true;
     m_unspoken.clear();
+    if (m_speech && m_speaking.isActive())
+        m_speech->playMessage({}, m_spokenLanguage); // takes the place of what is spoken
+    m_speaking.stop();
     update();
 }
 
@@ -117,7 +118,6 @@ void AlarmAnnunciator::update()
 
 void AlarmAnnunciator::updateOnce()
 {
-    dropSettled();
     const int wanted = wantedSeverity();
     if (wanted < 0)
         stopSound();
@@ -126,7 +126,7 @@ void AlarmAnnunciator::updateOnce()
     if (m_manager.highestUnacknowledgedSeverity() < 0)
         m_reminder.stop();
     else if (!m_reminder.isActive())
-        m_reminder.start(m_presentation.remindAfter);
+        startReminder();
     speak();
 }
 
@@ -149,26 +149,50 @@ void AlarmAnnunciator::startSound(int severity)
     m_isRepeatDue = false;
     m_sounding = severity;
     const QString path = m_presentation.severities.severityData(severity).soundPath;
-    const QString file = QDir::toNativeSeparators(path);
-    QString problem;
-    if (QAudioDeviceInfo::defaultOutputDevice().isNull()) {
-        problem = tr("There is no sound device: alarms are shown, not heard");
-    } else if (!QFileInfo(path).isFile()) {
-        problem = tr("%1: there is no such sound file; alarms of severity %2 are shown, not heard")
-                      .arg(file, QString::number(severity));
-    } else if (!m_unheard.contains(path)) {
+    if (m_player.state() == QAudio::ActiveState)
         m_player.stop(); // a file that can't be read would leave the sound before as it is
+    if (QFileInfo(path).isFile()) {
         m_player.play(path);
-        if (m_player.state() == QAudio::ActiveState || m_sounding != severity)
+        if (m_player.state() == QAudio::ActiveState) {
+            setSoundProblem({});
             return;
+        }
         // Else the next play of the path would bring the sound that was played last.
         m_player.reset();
-        m_unheard.insert(path);
-        problem =
-            tr("%1: can't be played; alarms of severity %2 are shown, not heard").arg(file, QString::number(severity));
     }
+    setSoundProblem(soundProblem(path, severity));
+    pauseSound(); // and tried again: a device may come back
+}
+
+QString AlarmAnnunciator::soundProblem(const QString& path, int severity) const
+{
+    if (QAudioDeviceInfo::defaultOutputDevice().isNull())
+        return tr("There is no sound device: alarms are shown, not heard");
+    const QString file = QDir::toNativeSeparators(path);
+    const QString number = QString::number(severity);
+    if (!QFileInfo(path).isFile())
+        return tr("%1: there is no such sound file; alarms of severity %2 are shown, not heard").arg(file, number);
+    return tr("%1: can't be played; alarms of severity %2 are shown, not heard").arg(file, number);
+}
+
+// It is tried again and again: told when it is another problem than before.
+void AlarmAnnunciator::setSoundProblem(const QString& problem)
+{
+    if (problem == m_soundProblem)
+        return;
+    m_soundProblem = problem;
     if (!problem.isEmpty())
-        addNotice(problem);
+        Q_EMIT problemFound(problem);
+    Q_EMIT noticeChanged(notice());
+}
+
+void AlarmAnnunciator::checkSounds()
+{
+    for (const AlarmSeverityData& each : m_presentation.severities.severities()) {
+        if (!each.soundPath.isEmpty() && !QFileInfo(each.soundPath).isFile())
+            Q_EMIT problemFound(tr("%1: there is no such sound file; alarms of severity %2 are shown, not heard")
+                                    .arg(QDir::toNativeSeparators(each.soundPath), QString::number(each.severity)));
+    }
 }
 
 void AlarmAnnunciator::stopSound()
@@ -183,7 +207,9 @@ void AlarmAnnunciator::stopSound()
 
 void AlarmAnnunciator::heedPlayer(QAudio::State state)
 {
-    if (m_sounding < 0 || state != QAudio::IdleState)
+    // Stopped by itself, the device is lost.
+    const bool isOver = state == QAudio::IdleState || (state == QAudio::StoppedState && !m_isUpdating);
+    if (m_sounding < 0 || !isOver)
         return;
     pauseSound();
     if (!m_update.isActive())
@@ -215,19 +241,31 @@ void AlarmAnnunciator::speak()
         return;
     }
     const auto isLower = [](const Announcement& a, const Announcement& b) { return a.severity <= b.severity; };
-    const Announcement first = *std::max_element(m_unspoken.begin(), m_unspoken.end(), isLower);
     const bool isSounding = m_sounding >= 0 && m_player.state() == QAudio::ActiveState;
-    if (isSounding || (m_speaking.isActive() && first.severity <= m_spokenSeverity))
+    if (isSounding)
+        return;
+    dropSettled();
+    if (m_unspoken.empty())
+        return;
+    const Announcement first = *std::max_element(m_unspoken.begin(), m_unspoken.end(), isLower);
+    if (m_speaking.isActive() && first.severity <= m_spokenSeverity)
         return;
     const QString text = summed(first.message, static_cast<int>(m_unspoken.size()) - 1);
     m_unspoken.clear();
     m_spokenSeverity = first.severity;
+    m_spokenLanguage = languageOf(text);
     m_speaking.start(speakingTime(text));
     if (m_repeat.isActive())
         pauseSound();
-    m_reminder.start(m_presentation.remindAfter);
-    m_speech->playMessage(text, languageOf(text));
-    Q_EMIT spoken(text, languageOf(text));
+    startReminder();
+    m_speech->playMessage(text, m_spokenLanguage);
+    Q_EMIT spoken(text, m_spokenLanguage);
+}
+
+void AlarmAnnunciator::startReminder()
+{
+    if (m_presentation.remindAfter.count() > 0)
+        m_reminder.start(m_presentation.remindAfter);
 }
 
 // As if all that waits had just come.
@@ -245,9 +283,17 @@ void AlarmAnnunciator::remind()
 
 void AlarmAnnunciator::addNotice(const QString& text)
 {
-    if (m_notice.split(QLatin1Char('\n')).contains(text))
+    if (m_notices.contains(text))
         return;
-    m_notice += m_notice.isEmpty() ? text : QLatin1Char('\n') + text;
+    m_notices.append(text);
     Q_EMIT problemFound(text);
-    Q_EMIT noticeChanged(m_notice);
+    Q_EMIT noticeChanged(notice());
+}
+
+QString AlarmAnnunciator::notice() const
+{
+    QStringList all = m_notices;
+    if (!m_soundProblem.isEmpty())
+        all.prepend(m_soundProblem);
+    return all.join(QLatin1Char('\n'));
 }

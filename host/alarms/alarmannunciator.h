@@ -7,8 +7,8 @@
 #include <QAudio>
 #include <QLocale>
 #include <QObject>
-#include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 
 #include <vector>
@@ -24,8 +24,8 @@ class WavePlayer;
 /// up: the newest of the highest severity, and how many more. A higher severity does not wait for that. What nobody acknowledges
 /// is announced again after the presentation's time, silenced or not.
 ///
-/// What can't be heard, for want of a device, a file or a voice, is told once and shows as a notice; alarms are shown all
-/// the same.
+/// What can't be heard, for want of a device, a file or a voice, is told once and shows as a notice; a sound is tried again
+/// with each repetition. Alarms are shown all the same.
 class KORVANE_HOST_EXPORT AlarmAnnunciator : public QObject
 {
     Q_OBJECT
@@ -36,6 +36,9 @@ public:
     AlarmAnnunciator(AlarmManager& manager, WavePlayer& player, KorvaneTTSInterface* speech,
                      const AlarmPresentation& presentation, QObject* parent = nullptr);
     ~AlarmAnnunciator() override;
+
+    /// Tells of the sounds that are not there, before an alarm needs them.
+    void checkSounds();
 
     /// Stops sound and speech until the next alarm, or the time to remind.
     void silence();
@@ -50,8 +53,8 @@ public:
     /// Severity whose sound is being repeated; -1 for none.
     int soundingSeverity() const { return m_sounding; }
     /// Why alarms can't be heard; empty when they can.
-    QString notice() const { return m_notice; }
-    /// Tells why, once for each text; for those who know of other reasons too.
+    QString notice() const;
+    /// Tells another reason, which lasts; once for each text.
     void addNotice(const QString& text);
 
 Q_SIGNALS:
@@ -75,6 +78,9 @@ private:
     int wantedSeverity() const;
     void startSound(int severity);
     void stopSound();
+    QString soundProblem(const QString& path, int severity) const;
+    void setSoundProblem(const QString& problem);
+    void startReminder();
     void heedPlayer(QAudio::State state);
     void pauseSound();
     void speak();
@@ -97,6 +103,7 @@ private:
     bool m_isRepeatDue = false;    ///< the pause after the sound is over
     bool m_isUpdating = false;     ///< the player delivers events while it starts
     bool m_isUpdateMissed = false; ///< something changed meanwhile
-    QSet<QString> m_unheard;       ///< sounds that can't be played
-    QString m_notice;
+    QLocale::Language m_spokenLanguage = QLocale::English;
+    QString m_soundProblem; ///< why the sound that is wanted can't be heard now; empty when it can
+    QStringList m_notices;  ///< other reasons, which last
 };

@@ -27,7 +27,11 @@ AlarmDesk::~AlarmDesk() = default;
 QString AlarmDesk::user() const
 {
     const KorvaneScadaRuntimManagerInterface* runtime = m_hub.runtimeManager();
-    return runtime ? runtime->currentUser() : QString();
+    if (runtime)
+        return runtime->currentUser();
+    // Without sessions, whoever uses the machine.
+    const QString user = qEnvironmentVariable("USER");
+    return user.isEmpty() ? qEnvironmentVariable("USERNAME") : user;
 }
 
 int AlarmDesk::acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint)
@@ -95,10 +99,5 @@ int AlarmDesk::acknowledgePage(const CanvasScadaActionManagerInterface& page)
 
 int AlarmDesk::acknowledgeArea(const QString& area)
 {
-    std::vector<quint64> ids;
-    for (const ScadaAlarm& alarm : m_manager.activeAlarms()) {
-        if (alarm.isUnacknowledged() && (area.isEmpty() || alarm.area == area))
-            ids.push_back(alarm.id);
-    }
-    return acknowledgeAll(ids, false);
+    return acknowledgeAll(m_manager.waiting(area), false);
 }

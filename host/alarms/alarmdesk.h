@@ -16,7 +16,7 @@ struct ScadaAlarm;
 
 /// What operators do to several alarms at once, and how the rest of the system hears of it.
 ///
-/// Who acknowledges is the hub's runtime manager's current user, nobody's name without one. Each act is told once:
+/// Who acknowledges is the hub's runtime manager's current user, without one the machine's user. Each act is told once:
 /// acknowledged() here, and on the hub's runtime manager alarmAcked() for one point, alarmSequenceAcked() for a list, a
 /// page, an area or all.
 class KORVANE_HOST_EXPORT AlarmDesk : public QObject

@@ -366,6 +366,9 @@ tl::expected<void, QString> AlarmLog::restore(AlarmManager& manager) const
                                   excluded.value(5).toString(), excluded.value(6).toString()});
     }
 
+    if (excluded.lastError().isValid())
+        return failed(excluded);
+
     QSqlQuery standing(database);
     standing.setForwardOnly(true);
     if (!standing.exec(QStringLiteral("SELECT shelves.until_ms, shelves.user, shelves.reason, log.line, %1 "
@@ -378,5 +381,7 @@ tl::expected<void, QString> AlarmLog::restore(AlarmManager& manager) const
         manager.restore(lineOf(standing, 3).alarm,
                         {timeOf(standing.value(0)), standing.value(1).toString(), standing.value(2).toString()});
     }
+    if (standing.lastError().isValid())
+        return failed(standing);
     return {};
 }

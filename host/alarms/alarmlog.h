@@ -8,6 +8,7 @@
 
 #include <tl/expected.hpp>
 
+#include <deque>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -65,6 +66,6 @@ private:
 
     QString m_connection; ///< name of the Qt connection; empty while closed
     QString m_fileName;
-    std::vector<AlarmTransition> m_lines;
+    std::deque<AlarmTransition> m_lines;
     std::vector<std::pair<ObjectKey, AlarmManager::Exclusion>> m_exclusions;
 };

@@ -319,6 +319,28 @@ std::vector<quint64> AlarmManager::standingOf(ObjectKey object) const
     return ids;
 }
 
+std::vector<quint64> AlarmManager::waiting(const QString& area) const
+{
+    std::vector<quint64> ids;
+    for (const auto& [id, occurrence] : m_occurrences) {
+        if (occurrence.alarm.isUnacknowledged() && (area.isEmpty() || occurrence.alarm.area == area))
+            ids.push_back(id);
+    }
+    return ids;
+}
+
+void AlarmManager::describe(quint64 id, int severity, const QString& area)
+{
+    Occurrence* occurrence = find(id);
+    if (!occurrence)
+        return;
+    const ScadaAlarm before = occurrence->alarm;
+    occurrence->alarm.severity = static_cast<int>(placeOf(severity));
+    occurrence->alarm.area = area;
+    count(occurrence->alarm, 1);
+    count(before, -1);
+}
+
 AlarmManager::Shelf AlarmManager::shelf(quint64 id) const
 {
     const Occurrence* occurrence = find(id);

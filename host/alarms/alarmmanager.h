@@ -75,6 +75,8 @@ public:
     quint64 standing(ObjectKey object, ScadaAlarm::Cause cause) const;
     /// The occurrences that stand for \p object, ascending.
     std::vector<quint64> standingOf(ObjectKey object) const;
+    /// The occurrences that wait for an operator in an area, ascending; in all areas with an empty name.
+    std::vector<quint64> waiting(const QString& area) const;
     /// How an occurrence is shelved; with an invalid time when it is not.
     Shelf shelf(quint64 id) const;
     Exclusion exclusion(ObjectKey object) const { return m_exclusions.value(object); }
@@ -92,6 +94,9 @@ public:
     /// Ends the shelving whose time has come.
     void advance(const QDateTime& now);
 
+    /// Takes what the list of points says of a standing alarm now; no transition follows.
+    void describe(quint64 id, int severity, const QString& area);
+
     /// Takes over an occurrence as an earlier run of the program left it; no transition follows. Its condition counts
     /// as holding unless it has returned.
     void restore(const ScadaAlarm& alarm, const Shelf& shelf);
@@ -100,7 +105,8 @@ public:
     void setLastId(quint64 id) { m_lastId = id; }
 
 Q_SIGNALS:
-    /// An alarm changed. It may be changed further by whoever hears of it.
+    /// An alarm changed. It may be changed further by whoever hears of it; but it comes from amid a batch of samples, so
+    /// nobody may turn the event loop.
     void transitioned(const AlarmTransition& transition);
     /// Another object is suppressed or out of service, or one no longer is.
     void exclusionChanged(ObjectKey object);

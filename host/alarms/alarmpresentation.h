@@ -26,7 +26,7 @@ struct KORVANE_HOST_EXPORT AlarmPresentation
     QStringList areas;
     /// From the end of a sound, or of what is spoken after it, to the sound again.
     std::chrono::milliseconds repeatAfter{2000};
-    /// From the last announcement to the next of alarms that nobody has acknowledged since.
+    /// From the last announcement to the next of alarms that nobody has acknowledged since; 0 for never.
     std::chrono::milliseconds remindAfter{300000};
 
     AlarmPresentation();

@@ -10,6 +10,8 @@ namespace {
 
 // Some 15 ms of writing: a burst must not hold the window.
 constexpr std::size_t mostLinesAtOnce = 1000;
+// What could not be written may have to wait long for another change.
+constexpr std::chrono::seconds retryAfter{1};
 
 } // namespace
 
@@ -32,6 +34,9 @@ AlarmSystem::AlarmSystem(RuntimeDatabase& database, KorvaneScadaCoreInterface& h
             [this](ObjectKey object) { m_log.appendExclusion(object, m_manager.exclusion(object)); });
     m_settle.setSingleShot(true);
     m_settle.setInterval(0);
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retryAfter);
+    connect(&m_retry, &QTimer::timeout, this, [this] { commit(mostLinesAtOnce); });
     connect(&m_settle, &QTimer::timeout, this, [this] {
         commit(mostLinesAtOnce);
         if (m_toldProblem.isEmpty() && m_log.waiting() > 0)
@@ -63,7 +68,7 @@ void AlarmSystem::take(const AlarmTransition& transition)
 {
     m_log.append(transition);
     m_settle.start();
-    if (transition.kind != AlarmTransition::Kind::Raised)
+    if (!transition.isAnnouncement())
         return;
     m_newest = transition.alarm;
     announce(transition.alarm);
@@ -86,7 +91,7 @@ void AlarmSystem::tellPages(const ScadaAlarm& alarm)
 {
     for (CanvasScadaActionManagerInterface* page : std::vector<CanvasScadaActionManagerInterface*>(m_pages)) {
         const auto isOpen = [&] { return std::find(m_pages.begin(), m_pages.end(), page) != m_pages.end(); };
-        if (!isOpen())
+        if (!isOpen() || !page->isShown())
             continue;
         const auto concerned = page->actionsBoundTo({alarm.objectType, alarm.objectId});
         if (concerned.isEmpty())
@@ -102,9 +107,6 @@ void AlarmSystem::advance()
     const QDateTime now = m_hub.currentTime();
     m_processor.advance(now.toMSecsSinceEpoch());
     m_manager.advance(now);
-    // What could not be written may have to wait long for another change.
-    if (!m_toldProblem.isEmpty())
-        commit();
 }
 
 void AlarmSystem::addEvent(const QString& text, const QString& user)
@@ -127,10 +129,13 @@ void AlarmSystem::commit(std::size_t mostLines)
     if (committed) {
         m_toldProblem.clear();
         Q_EMIT logged();
-    } else if (committed.error() != m_toldProblem) {
-        m_toldProblem = committed.error();
-        Q_EMIT problemFound(m_toldProblem);
+        return;
     }
+    m_retry.start();
+    if (committed.error() == m_toldProblem)
+        return;
+    m_toldProblem = committed.error();
+    Q_EMIT problemFound(m_toldProblem);
 }
 
 void AlarmSystem::addPage(CanvasScadaActionManagerInterface* page)

@@ -23,8 +23,8 @@ class RuntimeDatabase;
 /// The alarms of a system at work: from the samples that cross a limit to the log, and what pages and the services of
 /// the hub hear of it.
 ///
-/// Registers its processor and manager with the hub. A page whose actions are bound to an object hears of each alarm of
-/// it that is raised: the page's action manager requests it, and is told the state it was left in.
+/// Registers its processor and manager with the hub. A page on the screen whose actions are bound to an object hears of
+/// each alarm of it that is announced: the page's action manager requests it, and is told the state it was left in.
 class KORVANE_HOST_EXPORT AlarmSystem : public QObject
 {
     Q_OBJECT
@@ -79,6 +79,7 @@ private:
     AlarmLog m_log;
     ScadaAlarm m_newest;
     QTimer m_settle; ///< for the end of the event loop's pass
+    QTimer m_retry;  ///< of a commit that failed
     QString m_toldProblem;
     std::vector<CanvasScadaActionManagerInterface*> m_pages;
     std::deque<ScadaAlarm> m_announced; ///< that pages have yet to hear of; the front one now

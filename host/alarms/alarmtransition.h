@@ -29,6 +29,9 @@ struct AlarmTransition
     QString user = {};   ///< empty for what no operator did
     QString reason = {}; ///< as the operator stated it
     QDateTime until;     ///< end of shelving, UTC; invalid for any other kind
+
+    /// Whether the alarm is news for an operator: it came, or nothing keeps it from him any more.
+    bool isAnnouncement() const { return alarm.id != 0 && alarm.isUnacknowledged() && kind != Kind::Returned; }
 };
 
 Q_DECLARE_METATYPE(AlarmTransition)

@@ -6,6 +6,8 @@
 #include "platform/data/datalinkinfo.h"
 #include "platform/data/valuemarks.h"
 
+#include <cmath>
+
 namespace {
 
 using Cause = ScadaAlarm::Cause;
@@ -70,8 +72,7 @@ void KorvaneScadaAlarmProcessor::watchAll()
                     continue;
                 Condition condition;
                 condition.cause = cause;
-                const quint64 id = m_manager.standing(key, cause);
-                if (id != 0 && !m_manager.alarm(id).returned.isValid())
+                if (adopt(key, cause))
                     condition.phase = Phase::Raised;
                 m_conditions.push_back(condition);
                 ++watched.conditionCount;
@@ -93,6 +94,22 @@ void KorvaneScadaAlarmProcessor::returnUnwatched()
         if (!object || !object->alarm.hasAlarm(alarm.cause))
             m_manager.returnAlarm(alarm.id, {});
     }
+}
+
+/// Whether an alarm of an earlier run goes on. What another object of that id left behind returns.
+bool KorvaneScadaAlarmProcessor::adopt(ObjectKey key, Cause cause)
+{
+    const quint64 id = m_manager.standing(key, cause);
+    const ScadaAlarm standing = m_manager.alarm(id);
+    if (id == 0 || standing.returned.isValid())
+        return false;
+    const RuntimeDatabase::Object& object = *m_database.object(key);
+    if (standing.tag != Korvane::tagPrefix(key.type) + object.name) {
+        m_manager.returnAlarm(id, {});
+        return false;
+    }
+    m_manager.describe(id, object.alarm.severity(cause), object.area);
+    return true;
 }
 
 bool KorvaneScadaAlarmProcessor::holds(Cause cause, const ObjectMarks& marks)
@@ -213,10 +230,9 @@ void KorvaneScadaAlarmProcessor::raise(quint32 watched, Condition& condition, qi
     alarm.area = object.area;
     alarm.severity = object.alarm.severity(condition.cause);
     alarm.cause = condition.cause;
-    if (key.type == ScadaObjectType::AnalogPoint)
-        alarm.value = condition.value;
-    else
-        alarm.value = static_cast<qint32>(condition.value);
+    if (std::isfinite(condition.value))
+        alarm.value = key.type == ScadaObjectType::AnalogPoint ? QVariant(condition.value)
+                                                               : QVariant(static_cast<qint32>(condition.value));
     alarm.limit = limitOf(object, condition.cause);
     alarm.message = AlarmTexts::message(object, condition.cause, condition.value);
     alarm.raised = QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC);

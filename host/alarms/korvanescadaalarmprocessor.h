@@ -80,6 +80,7 @@ private:
     };
 
     void returnUnwatched();
+    bool adopt(ObjectKey key, ScadaAlarm::Cause cause);
     static bool holds(ScadaAlarm::Cause cause, const ObjectMarks& marks);
     void finishDelay(quint32 watched, Condition& condition, qint64 nowMs);
     void take(quint32 watched, quint32 condition, const ObjectMarks& marks);

@@ -7,10 +7,13 @@
 #include "host/alarmview/alarmlogview_p.h"
 #include "host/alarmview/alarmtable_p.h"
 #include "host/alarmview/elidedlabel_p.h"
+#include "platform/data/scadaruntimeinterface.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 
 #include <QAction>
+#include <QCursor>
 #include <QHeaderView>
+#include <QMenu>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -57,6 +60,10 @@ AlarmListWindow::AlarmListWindow(AlarmSystem& system, KorvaneScadaCoreInterface&
     connect(m_table, &QAbstractItemView::activated, this, &AlarmListWindow::goToPage);
     connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &AlarmListWindow::updateActions);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentChanged, this, &AlarmListWindow::updateActions);
+    connect(&system.manager(), &AlarmManager::exclusionChanged, this, [this] {
+        updateActions();
+        updateStatus();
+    });
     connect(&m_model, &AlarmListModel::changed, this, [this] {
         updateActions();
         updateStatus();
@@ -336,9 +343,46 @@ void AlarmListWindow::takeOutOfService()
 
 void AlarmListWindow::putBackIntoService()
 {
-    for (const ObjectKey object : selectedObjects())
+    QList<ObjectKey> objects;
+    for (const int row : selectedRows()) {
+        if (m_model.alarm(row).state == State::OutOfService)
+            objects.append(objectOf(m_model.alarm(row)));
+    }
+    if (objects.isEmpty())
+        objects = chooseOutOfService();
+    for (const ObjectKey object : qAsConst(objects))
         m_system.manager().setOutOfService(object, false, m_system.desk().user(), {});
     m_model.applyChanges();
+}
+
+/// Objects that are out of service need not have an alarm in the list.
+QList<ObjectKey> AlarmListWindow::outOfService() const
+{
+    QList<ObjectKey> objects;
+    for (const ObjectKey object : m_system.manager().excludedObjects()) {
+        if (m_system.manager().exclusion(object).isOutOfService)
+            objects.append(object);
+    }
+    return objects;
+}
+
+QList<ObjectKey> AlarmListWindow::chooseOutOfService()
+{
+    QMenu menu(this);
+    menu.setObjectName(QStringLiteral("outOfService"));
+    const QList<ObjectKey> objects = outOfService();
+    for (const ObjectKey object : objects) {
+        const ScadaRuntimeInterface* database = m_hub.scadaRuntime();
+        const QString name = database ? database->fieldValue(object, DataCode::DataField::PointName).toString()
+                                      : QString::number(object.id);
+        const AlarmManager::Exclusion exclusion = m_system.manager().exclusion(object);
+        QString text = name + QStringLiteral(" - ") + exclusion.serviceReason;
+        if (!exclusion.serviceUser.isEmpty())
+            text += QStringLiteral(" (%1)").arg(exclusion.serviceUser);
+        menu.addAction(text.replace(QLatin1Char('&'), QLatin1String("&&")))->setData(objects.indexOf(object));
+    }
+    const QAction* chosen = menu.exec(QCursor::pos());
+    return chosen ? QList<ObjectKey>{objects.at(chosen->data().toInt())} : QList<ObjectKey>();
 }
 
 void AlarmListWindow::goToPage()
@@ -363,7 +407,7 @@ void AlarmListWindow::updateActions()
     m_shelve->setEnabled(waits || anyIs(State::Acknowledged) || anyIs(State::Shelved));
     m_unshelve->setEnabled(anyIs(State::Shelved));
     m_takeOut->setEnabled(!allAreOut);
-    m_putBack->setEnabled(anyIsOut);
+    m_putBack->setEnabled(anyIsOut || !outOfService().isEmpty());
     m_goToPage->setEnabled(m_table->currentIndex().isValid());
 }
 
@@ -377,6 +421,14 @@ void AlarmListWindow::updateStatus()
     }
     if (parts.isEmpty())
         parts.append(tr("no alarm"));
+    if (const int excluded = m_system.manager().excludedObjects().size(); excluded > 0)
+        parts.append(tr("%n object(s) suppressed or out of service", nullptr, excluded));
+    int accepted = 0;
+    for (std::size_t place = 0; place < AlarmFilter::stateCount; ++place)
+        accepted += m_model.count(static_cast<State>(place));
+    const int hidden = static_cast<int>(m_system.manager().count()) - accepted;
+    if (hidden > 0)
+        parts.append(tr("%n hidden by the filter", nullptr, hidden));
     m_counts->setFullText(parts.join(QStringLiteral(", ")));
     m_firstOut->setFullText(firstOutText());
     m_acknowledgeAll->setEnabled(m_model.count(State::Unacknowledged) + m_model.count(State::ReturnedUnacknowledged) >

@@ -79,6 +79,8 @@ private:
     void unshelve();
     void takeOutOfService();
     void putBackIntoService();
+    QList<ObjectKey> outOfService() const;
+    QList<ObjectKey> chooseOutOfService();
     void ask(ShelveDialog::Purpose purpose, const std::function<void(const ShelveDialog&)>& act);
     void goToPage();
     void updateActions();

@@ -83,6 +83,8 @@ void AlarmPopup::buildContent()
 void AlarmPopup::setPresentation(const AlarmDataInfo& presentation)
 {
     m_presentation = presentation;
+    if (!presentation.isPopupShown())
+        close();
     refresh();
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/alarms/alarmsystem.h"
 #include "host/alarms/alarmtexts.h"
+#include "host/alarmview/alarmlogmodel.h"
 
 namespace {
 
@@ -11,7 +12,9 @@ QString lineText(const AlarmTransition& line)
     if (line.kind == AlarmTransition::Kind::Event)
         return text + line.alarm.message;
     text += AlarmTexts::kind(line.kind);
-    if (line.alarm.id != 0) {
+    if (line.alarm.id == 0)
+        text += QStringLiteral("  ") + AlarmLogModel::tagOf(line);
+    else {
         text += QStringLiteral("  %1  %2  ").arg(line.alarm.severity).arg(line.alarm.tag) + line.alarm.message +
                 QStringLiteral(" (%1)").arg(AlarmTexts::state(line.alarm.state));
     }

@@ -7,6 +7,8 @@
 #include "scada/hub/canvasscadaactionmanagerinterface.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 
 namespace {
@@ -109,6 +111,10 @@ void DataService::heedSource(ValueSource& source)
 
 void DataService::tick()
 {
+    // A page's script or a listener may turn the event loop amid a batch of samples.
+    if (m_isTicking)
+        return;
+    const QScopedValueRollback<bool> ticking(m_isTicking, true);
     const qint64 now = nowMs();
     for (const auto& source : m_sources)
         source->advance(now);

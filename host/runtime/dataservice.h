@@ -106,6 +106,7 @@ private:
     Figures m_figures;
     QString m_toldProblem;
     qint64 m_newestMs = 0;
+    bool m_isTicking = false;
     bool m_isFailed = false;
     bool m_isFailureTold = false;
 };

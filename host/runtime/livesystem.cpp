@@ -164,6 +164,10 @@ LiveSystem::~LiveSystem()
     if (m_dataService.isRunning())
         m_alarms.addEvent(tr("%1 ended").arg(m_project.name));
     m_dataService.stop();
+    m_alarms.commit();
+    // Sound devices turn the event loop as they go: nothing may come back to what is gone by then.
+    m_alarms.disconnect(this);
+    m_properties.disconnect(this);
     while (!m_pages.pages().empty())
         m_pages.close(m_pages.pages().back()->canvas->canvasName());
 }
@@ -235,7 +239,7 @@ tl::expected<void, QString> LiveSystem::openSource(const QString& text, bool isO
 // Without the file the system runs as well: what it would keep is lost at its end.
 void LiveSystem::openStore()
 {
-    const QString lost = QStringLiteral("; statistics are not kept beyond the end of this program");
+    const QString lost = QStringLiteral("; statistics and the alarm log are not kept beyond the end of this program");
     if (const auto opened = m_store.open(m_project.databaseFile()); !opened) {
         addProblem(opened.error() + lost);
         return;
@@ -258,7 +262,10 @@ void LiveSystem::showAlarmFigures()
 {
     const AlarmManager& manager = m_alarms.manager();
     const ScadaAlarm first = manager.firstOut({});
-    m_properties.setValue(QStringLiteral("AlarmsStanding"), static_cast<int>(manager.count()));
+    int visible = 0;
+    for (int severity = ScadaAlarm::lowestSeverity; severity <= ScadaAlarm::highestSeverity; ++severity)
+        visible += manager.visibleCount(severity);
+    m_properties.setValue(QStringLiteral("AlarmsStanding"), visible);
     m_properties.setValue(QStringLiteral("AlarmsUnacknowledged"), manager.unacknowledgedCount({}));
     m_properties.setValue(QStringLiteral("AlarmsHighestSeverity"), manager.highestUnacknowledgedSeverity());
     m_properties.setValue(QStringLiteral("NewestAlarm"), m_alarms.newest().message);

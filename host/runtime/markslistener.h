@@ -7,7 +7,7 @@ struct ObjectMarks
 {
     quint32 handle = 0;    ///< the number it is watched under
     qint64 timeMs = 0;     ///< of what changed them, milliseconds since 1970-01-01 UTC
-    double value = 0;      ///< present value, in the point's unit
+    double value = 0;      ///< present value, in the point's unit; NaN before the first
     qint32 limitMarks = 0; ///< bits of ValueMark::Limit
     qint32 quality = 0;    ///< bits of ValueMark::Quality
 };

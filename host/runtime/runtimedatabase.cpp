@@ -281,11 +281,20 @@ bool RuntimeDatabase::isTooFast(const Present& before, double value, qint64 time
 
 void RuntimeDatabase::watch(ObjectKey key, quint32 handle)
 {
-    if (Present* present = findPresent(key)) {
-        present->isWatched = true;
-        present->isReportDue = true;
-        present->watchHandle = handle;
+    Family* objects = family(key.type);
+    const auto found = objects ? objects->byId.find(key.id) : decltype(objects->byId.find(0))();
+    if (!objects || found == objects->byId.end())
+        return;
+    Present& present = objects->present[found->second];
+    present.isWatched = true;
+    present.isReportDue = true;
+    present.watchHandle = handle;
+    if (present.staleAfterMs > 0 && !present.isQueued) {
+        m_expiries.push({now() + present.staleAfterMs, objects, found->second});
+        present.isQueued = true;
     }
+    if ((present.quality & ValueMark::CommunicationFailed) != 0)
+        tellMarks(present, present.limitMarks, present.quality, now());
 }
 
 void RuntimeDatabase::tellMarks(Present& present, qint32 limitMarksBefore, qint32 qualityBefore, qint64 timeMs)
@@ -294,7 +303,8 @@ void RuntimeDatabase::tellMarks(Present& present, qint32 limitMarksBefore, qint3
     if (!m_marksListener || (isSame && !present.isReportDue))
         return;
     present.isReportDue = false;
-    m_marksListener->marksChanged({present.watchHandle, timeMs, present.value, present.limitMarks, present.quality});
+    const double value = present.hasValue ? present.value : std::numeric_limits<double>::quiet_NaN();
+    m_marksListener->marksChanged({present.watchHandle, timeMs, value, present.limitMarks, present.quality});
 }
 
 void RuntimeDatabase::setLimitMarks(Present& present)
@@ -368,14 +378,16 @@ std::vector<ObjectKey> RuntimeDatabase::takeStale(qint64 nowMs)
         present.isQueued = false;
         if (present.timeMs + present.staleAfterMs > nowMs) {
             queueExpiry(*due.family, due.index);
-        } else if ((present.quality & ValueMark::Stale) == 0) {
-            const qint32 before = present.quality;
-            present.quality |= ValueMark::Stale;
-            if (present.isWatched)
-                tellMarks(present, present.limitMarks, before, present.timeMs + present.staleAfterMs);
-            const Object& object = due.family->objects[due.index];
-            stale.push_back({object.type, object.id});
+            continue;
         }
+        const qint32 before = present.quality;
+        present.quality |= ValueMark::Stale;
+        if (present.isWatched)
+            tellMarks(present, present.limitMarks, before, due.timeMs);
+        if (present.quality == before)
+            continue;
+        const Object& object = due.family->objects[due.index];
+        stale.push_back({object.type, object.id});
     }
     return stale;
 }

@@ -110,8 +110,9 @@ public:
 
     /// Who hears of the marks of watched objects; not owned, null for nobody.
     void setMarksListener(MarksListener* listener) { m_marksListener = listener; }
-    /// Has the listener hear of the object under \p handle: of its next sample, then of every change of its marks.
-    /// Does nothing for an unknown object.
+    /// Has the listener hear of the object under \p handle: of its next sample, then of every change of its marks. An
+    /// object whose communication has failed is told of at once, one that can go stale is told of when it has no sample
+    /// within that time. Does nothing for an unknown object.
     void watch(ObjectKey key, quint32 handle);
 
     /// Takes one sample into the present value, its marks and the statistics.

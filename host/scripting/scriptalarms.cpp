@@ -6,8 +6,13 @@
 #include "scada/hub/korvanescadaruntimmanagerinterface.h"
 #include "scada/hub/systemalarmmanagerinterface.h"
 
+#include <QDateTime>
+
 namespace {
 
+constexpr int longestShelf = 7 * 24 * 60; // minutes
+
+using PythonValues::text;
 using PythonValues::toPython;
 using ScriptModule::raise;
 using ScriptModule::session;
@@ -69,6 +74,26 @@ void ScriptModule::defineAlarms(py::module_ alarms)
         "acknowledge(id)\n\nAcknowledges an occurrence for the operator who is logged in; False when there was nothing "
         "to "
         "acknowledge.");
+    alarms.def(
+        "shelve",
+        [](quint64 id, double minutes, const py::str& reason) {
+            if (!(minutes > 0 && minutes <= longestShelf))
+                raise(PyExc_ValueError, QStringLiteral("minutes must be above 0, at most %1").arg(longestShelf));
+            const QDateTime until = session().hub().currentTime().addMSecs(static_cast<qint64>(minutes * 60000));
+            return manager().shelve(id, until, currentUser(), text(reason.ptr()));
+        },
+        py::arg("id"), py::arg("minutes"), py::arg("reason"),
+        "shelve(id, minutes, reason)\n\nPuts an occurrence away for some minutes, at most a week; False when it can't "
+        "be.");
+    alarms.def(
+        "suppress",
+        [](const py::str& tag, bool suppressed, const py::str& reason) {
+            return manager().setSuppressed(session().tag(tag.ptr()).object, suppressed, text(reason.ptr()));
+        },
+        py::arg("tag"), py::arg("suppressed") = true, py::arg("reason") = py::str(),
+        "suppress(tag, suppressed=True, reason='')\n\nKeeps the alarms of an object from the operator while a state of "
+        "the "
+        "plant makes them meaningless, or ends that; False when it was so already.");
     alarms.def(
         "highest_severity", [] { return manager().highestUnacknowledgedSeverity(); },
         "highest_severity()\n\nThe highest severity that waits for an operator; -1 when none does.");

@@ -39,7 +39,7 @@ struct KORVANE_PLATFORM_EXPORT ScadaAlarm
     QVariant value; ///< that raised it
     QVariant limit; ///< that was crossed; invalid for a cause without one
     QString message;
-    QDateTime raised;       ///< UTC, of the sample that raised it
+    QDateTime raised;       ///< UTC, when its condition had held for the alarm's on delay
     QDateTime returned;     ///< UTC; invalid while the condition holds
     QDateTime acknowledged; ///< UTC; invalid before
     QString acknowledgedBy;

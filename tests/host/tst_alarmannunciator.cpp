@@ -377,6 +377,56 @@ private Q_SLOTS:
         QTRY_COMPARE(desk.annunciator->soundingSeverity(), -1);
     }
 
+    void aSoundThatComesBackIsHeard()
+    {
+        const QString path = m_files.path(QStringLiteral("later.wav"));
+        AlarmPresentation shown = withoutSpeech();
+        shown.severities.setSoundPath(9, path);
+        Desk desk(shown);
+        const QSignalSpy notices(desk.annunciator.get(), &AlarmAnnunciator::noticeChanged);
+        desk.raise(9, "pump stopped");
+        QTRY_COMPARE(desk.problems.size(), 1);
+        QVERIFY(QFile::copy(demoSound("urgent"), path));
+        QTRY_VERIFY(hasHeard("urgent"));
+        QVERIFY(desk.annunciator->notice().isEmpty());
+        QCOMPARE(notices.size(), 2);
+        QCOMPARE(desk.problems.size(), 1);
+    }
+
+    void aSoundThatStopsByItselfIsBegunAgain()
+    {
+        Desk desk(withoutSpeech());
+        desk.raise(7, "pump stopped");
+        QTRY_COMPARE(desk.player.state(), QAudio::ActiveState);
+        desk.player.stop(); // as if the device were lost
+        QTRY_VERIFY(hasHeard("warning"));
+    }
+
+    void missingSoundsAreToldBeforeTheyAreNeeded()
+    {
+        AlarmPresentation shown = presentation();
+        shown.severities.setSoundPath(2, QStringLiteral("/nowhere/soft.wav"));
+        Desk desk(shown);
+        desk.annunciator->checkSounds();
+        QCOMPARE(desk.problems,
+                 QStringList{text("/nowhere/soft.wav: there is no such sound file; alarms of severity 2 are "
+                                  "shown, not heard")});
+        QVERIFY(desk.annunciator->notice().isEmpty());
+    }
+
+    void withoutATimeThereIsNoReminder()
+    {
+        AlarmPresentation shown = presentation();
+        shown.remindAfter = Milliseconds(0);
+        Desk desk(shown);
+        desk.raise(5, "valve closed");
+        QTRY_COMPARE(desk.spoken.size(), 1);
+        desk.annunciator->silence();
+        letPass(Milliseconds(30));
+        QCOMPARE(desk.spoken.size(), 1);
+        QVERIFY(desk.annunciator->isSilenced());
+    }
+
     void aMissingDeviceIsToldAndTheRestGoesOn()
     {
         QProcess child;

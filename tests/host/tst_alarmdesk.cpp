@@ -186,7 +186,7 @@ private Q_SLOTS:
         QCOMPARE(desk.desk.acknowledgeArea(QStringLiteral("east")), 0);
         QCOMPARE(desk.takeTold(), QString());
         QCOMPARE(desk.desk.acknowledgeArea(QStringLiteral("East")), 3);
-        QCOMPARE(desk.takeTold(), QStringLiteral("objects 7 200001, several 200001")); // newest first
+        QCOMPARE(desk.takeTold(), QStringLiteral("objects 200001 7, several 200001"));
         QCOMPARE(desk.waiting(), (QList<quint64>{desk.low, desk.tripped}));
     }
 
@@ -196,19 +196,23 @@ private Q_SLOTS:
         QVERIFY(desk.manager.shelve(desk.low, QDateTime::fromMSecsSinceEpoch(9000, Qt::UTC), {}, {}));
         QVERIFY(desk.manager.returnAlarm(desk.high, {}));
         QCOMPARE(desk.desk.acknowledgeArea({}), 4);
-        QCOMPARE(desk.takeTold(), QStringLiteral("objects 7 100001 200001, several 100001 200001"));
+        QCOMPARE(desk.takeTold(), QStringLiteral("objects 200001 100001 7, several 200001 100001"));
         QCOMPARE(desk.manager.alarm(desk.high).id, quint64(0));
         QCOMPARE(desk.manager.alarm(desk.low).state, State::Shelved);
         QCOMPARE(desk.desk.acknowledgeArea({}), 0);
     }
 
-    void withoutARuntimeManagerNobodyDidIt()
+    void withoutARuntimeManagerTheMachinesUserDidIt()
     {
+        qputenv("USER", "robin");
         Desk desk(false);
-        QCOMPARE(desk.desk.user(), QString());
+        QCOMPARE(desk.desk.user(), QStringLiteral("robin"));
         QVERIFY(desk.desk.acknowledgePoint(flowId));
-        QCOMPARE(desk.manager.alarm(desk.high).acknowledgedBy, QString());
+        QCOMPARE(desk.manager.alarm(desk.high).acknowledgedBy, QStringLiteral("robin"));
         QCOMPARE(desk.takeTold(), QStringLiteral("objects 200001"));
+        qunsetenv("USER");
+        qputenv("USERNAME", "sam");
+        QCOMPARE(desk.desk.user(), QStringLiteral("sam"));
         desk.hub.setRuntimeManager(&desk.runtime);
         QCOMPARE(desk.desk.user(), QStringLiteral("ann"));
     }

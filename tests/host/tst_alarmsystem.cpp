@@ -233,7 +233,7 @@ private Q_SLOTS:
         plant.take(flow, 1, 50);
         QVERIFY(manager.setSuppressed(flow, true, {}));
         plant.take(flow, 2, 81);
-        QCOMPARE(m_told.mid(1), (QStringList{text("page processed 5"), text("page finished")}));
+        QCOMPARE(m_told, QStringList()); // kept from the operator
         plant.system->commit();
         QCOMPARE(plant.lines(), text("raised, suppressed, returned, acknowledged, raised")); // as it happened
     }
@@ -433,8 +433,7 @@ private Q_SLOTS:
         QCOMPARE(plant.problems.size(), 1);
         QCOMPARE(plant.logged, 0);
         setPages("100000");
-        plant.advance(200); // with the next tick, though nothing changes
-        QCOMPARE(plant.logged, 1);
+        QTRY_COMPARE(plant.logged, 1); // though nothing changes
         QCOMPARE(plant.lines(), text("raised, ") + QString(200000, QLatin1Char('x')));
         QCOMPARE(plant.system->log().waiting(), std::size_t(0));
         setPages("1");
@@ -467,6 +466,7 @@ private Q_SLOTS:
         });
         const auto page = system.openPage(QStringLiteral("plant"));
         QVERIFY(page);
+        (*page)->actions->setShown(true);
         connect((*page)->actions.get(), &CanvasScadaActionManagerInterface::alarmProcessed, this,
                 [&](int result) { story.append(QStringLiteral("page %1").arg(result)); });
         system.start();

@@ -542,7 +542,8 @@ private Q_SLOTS:
         const QString problem = system->problems().constFirst();
         QVERIFY2(problem.startsWith(project.path(QStringLiteral("runtime.db: can't be used as runtime store: "))),
                  qPrintable(problem));
-        QVERIFY2(problem.endsWith(QStringLiteral("; statistics are not kept beyond the end of this program")),
+        QVERIFY2(problem.endsWith(
+                     QStringLiteral("; statistics and the alarm log are not kept beyond the end of this program")),
                  qPrintable(problem));
         TestProject::startSources(*system);
         project.run(*system, 1000);
