@@ -460,10 +460,6 @@
         <translation>경보 목록(&amp;L)</translation>
     </message>
     <message>
-        <source>&amp;Silence</source>
-        <translation>소리 끄기(&amp;S)</translation>
-    </message>
-    <message>
         <source>Alarm s&amp;ounds</source>
         <translation>경보음(&amp;O)</translation>
     </message>

@@ -85,7 +85,9 @@ void AlarmStation::fillMenu(QMenu& menu)
     list->setText(tr("Alarm &list"));
     list->setShortcut(Qt::Key_F5);
     menu.addAction(list);
-    menu.addAction(tr("&Silence"), this, &AlarmStation::silence, Qt::Key_F12);
+    QAction* silence = m_list->silenceAction();
+    silence->setShortcutContext(Qt::WindowShortcut); // whether the list is shown or not
+    menu.addAction(silence);
     menu.addSeparator();
     const auto addSwitch = [&](const QString& text, bool isOn, auto change) {
         QAction* action = menu.addAction(text);

@@ -264,10 +264,9 @@ void RuntimeWindow::showObject(ObjectKey object)
     const RuntimeDatabase::Object* found = m_system.database().object(object);
     if (!found || select(object))
         return;
-    const QString tag = Korvane::tagPrefix(found->type) + found->name;
-    const QStringList pages = pagesNaming(m_system.project(), tag);
+    const QStringList pages = pagesNaming(m_system.project(), object, m_system.database());
     if (pages.isEmpty()) {
-        m_system.addProblem(tr("No page shows %1").arg(tag));
+        m_system.addProblem(tr("No page shows %1").arg(Korvane::tagPrefix(found->type) + found->name));
         return;
     }
     openPage(pages.constFirst());

@@ -1,5 +1,7 @@
 #include "host/alarms/alarmpresentation.h"
 
+#include "platform/data/scadaalarm.h"
+
 #include <QColor>
 #include <QDir>
 #include <QJsonArray>
@@ -73,7 +75,9 @@ public:
             bool isNumber = false;
             const int severity = each.key().toInt(&isNumber);
             const QColor colour(each.value().toString());
-            if (!isNumber || !severities.severities().contains(severity) || !colour.isValid())
+            const bool isSeverity =
+                isNumber && severity >= ScadaAlarm::lowestSeverity && severity <= ScadaAlarm::highestSeverity;
+            if (!isSeverity || !colour.isValid())
                 refuse("colours", QStringLiteral("colour names by severity, 0 to 9"));
             severities.setTextColor(severity, colour);
         }

@@ -1,5 +1,7 @@
 #include "host/alarms/alarmtexts.h"
 
+#include "platform/data/datalinkinfo.h"
+
 #include <QCoreApplication>
 
 #include <iterator>
@@ -71,6 +73,13 @@ QString AlarmTexts::cause(ScadaAlarm::Cause cause)
 QString AlarmTexts::kind(AlarmTransition::Kind kind)
 {
     return textOf(kinds, kind);
+}
+
+QString AlarmTexts::tag(const ScadaAlarm& alarm)
+{
+    if (!alarm.tag.isEmpty() || alarm.objectId == 0)
+        return alarm.tag;
+    return Korvane::tagPrefix(alarm.objectType) + QLatin1Char('#') + QString::number(alarm.objectId);
 }
 
 QString AlarmTexts::message(const RuntimeDatabase::Object& object, ScadaAlarm::Cause cause, double value)

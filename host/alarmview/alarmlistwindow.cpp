@@ -125,8 +125,8 @@ QAction* AlarmListWindow::add(const QString& name, const QString& text, const QS
 void AlarmListWindow::addActions()
 {
     addAcknowledging();
-    add(QStringLiteral("silence"), tr("Silence"), tr("End the sound"), Qt::Key_F9,
-        [this] { Q_EMIT silenceRequested(); });
+    m_silence = add(QStringLiteral("silence"), tr("Silence"), tr("End the sound"), Qt::Key_F9,
+                    [this] { Q_EMIT silenceRequested(); });
     m_actions->addSeparator();
     addShelving();
     m_actions->addSeparator();

@@ -46,6 +46,9 @@ public:
     void setPresentation(const AlarmDataInfo& presentation);
     /// \param page whose alarms can be acknowledged at once; not owned, null for none and before it goes
     void setPage(const CanvasScadaActionManagerInterface* page);
+    /// What asks for silence, in the list's tool bar too. For windows that offer it elsewhere: a second action of the same
+    /// key would keep both from working.
+    QAction* silenceAction() const { return m_silence; }
     /// Reads the alarms anew: for those that the manager was given without telling of each.
     void reload() { m_model.reload(); }
 
@@ -99,6 +102,7 @@ private:
     ElidedLabel* m_counts = nullptr;
     ElidedLabel* m_firstOut = nullptr;
     QAction* m_acknowledge = nullptr;
+    QAction* m_silence = nullptr;
     QAction* m_acknowledgePage = nullptr;
     QAction* m_acknowledgeAll = nullptr;
     QAction* m_shelve = nullptr;

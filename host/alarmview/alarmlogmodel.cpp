@@ -2,7 +2,6 @@
 
 #include "host/alarms/alarmtexts.h"
 #include "host/alarmview/alarmcells_p.h"
-#include "platform/data/datalinkinfo.h"
 
 #include <algorithm>
 
@@ -78,7 +77,7 @@ QVariant AlarmLogModel::value(const AlarmTransition& line, int column)
     case Area:
         return line.alarm.area;
     case Tag:
-        return tagOf(line);
+        return AlarmTexts::tag(line.alarm);
     case Message:
         return line.alarm.message;
     case State:
@@ -98,14 +97,6 @@ QVariant AlarmLogModel::value(const AlarmTransition& line, int column)
     default:
         return {};
     }
-}
-
-QString AlarmLogModel::tagOf(const AlarmTransition& line)
-{
-    const ScadaAlarm& alarm = line.alarm;
-    if (!alarm.tag.isEmpty() || alarm.objectId == 0)
-        return alarm.tag;
-    return Korvane::tagPrefix(alarm.objectType) + QLatin1Char('#') + QString::number(alarm.objectId);
 }
 
 /// How many of \p lines stand before the first one that is shown; all of them when what follows is something else.

@@ -43,9 +43,6 @@ public:
     /// Shows these lines, the newest first. Where they only go on from those shown, what is selected stays so.
     void setLines(std::vector<AlarmTransition> lines);
 
-    /// The tag of what a line is about; of an object without an alarm the tag that its id makes.
-    static QString tagOf(const AlarmTransition& line);
-
 private:
     static QVariant value(const AlarmTransition& line, int column);
     std::size_t newLinesBefore(const std::vector<AlarmTransition>& lines) const;

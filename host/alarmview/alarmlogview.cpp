@@ -1,6 +1,7 @@
 #include "host/alarmview/alarmlogview_p.h"
 
 #include "host/alarms/alarmsystem.h"
+#include "host/alarms/alarmtexts.h"
 #include "host/alarmview/alarmlogmodel.h"
 #include "host/alarmview/alarmtable_p.h"
 #include "platform/data/tagresolution.h"
@@ -141,7 +142,7 @@ void AlarmLogView::read()
     if (!query.object.isValid()) {
         lines->erase(std::remove_if(lines->begin(), lines->end(),
                                     [&](const AlarmTransition& line) {
-                                        return !AlarmLogModel::tagOf(line).contains(tag, Qt::CaseInsensitive);
+                                        return !AlarmTexts::tag(line.alarm).contains(tag, Qt::CaseInsensitive);
                                     }),
                      lines->end());
     }

@@ -39,6 +39,7 @@ public:
 
     /// The shape that is marked as selected; null for none.
     void setSelected(::Shape* shape);
+    ::Shape* selected() const { return m_selected; }
 
     /// Where a place of the viewport lies on the page.
     QPointF toPage(QPoint viewportPosition) const;

@@ -2,7 +2,6 @@
 
 #include "host/alarms/alarmsystem.h"
 #include "host/alarms/alarmtexts.h"
-#include "host/alarmview/alarmlogmodel.h"
 
 namespace {
 
@@ -12,13 +11,10 @@ QString lineText(const AlarmTransition& line)
     if (line.kind == AlarmTransition::Kind::Event)
         return text + line.alarm.message;
     text += AlarmTexts::kind(line.kind);
-    if (line.alarm.id == 0)
-        text += QStringLiteral("  ") + AlarmLogModel::tagOf(line);
-    else {
-        text += QStringLiteral("  %1  %2  ").arg(line.alarm.severity).arg(line.alarm.tag) + line.alarm.message +
-                QStringLiteral(" (%1)").arg(AlarmTexts::state(line.alarm.state));
-    }
-    return text;
+    if (line.alarm.id == 0) // of the object itself
+        return text + QStringLiteral("  ") + AlarmTexts::tag(line.alarm);
+    return text + QStringLiteral("  %1  ").arg(line.alarm.severity) + line.alarm.tag + QStringLiteral("  ") +
+           line.alarm.message + QStringLiteral(" (%1)").arg(AlarmTexts::state(line.alarm.state));
 }
 
 } // namespace

@@ -89,7 +89,7 @@ private Q_SLOTS:
                    QStringLiteral("--after"), QStringLiteral("10s"), QStringLiteral("--source"),
                    QStringLiteral("simulation?seed=3"), QStringLiteral("folder"), QStringLiteral("--record"),
                    QStringLiteral("made.csv"), QStringLiteral("--zoom"), QStringLiteral("0.5"),
-                   QStringLiteral("--no-store"), QStringLiteral("--trust")});
+                   QStringLiteral("--no-store"), QStringLiteral("--silent"), QStringLiteral("--trust")});
         QVERIFY2(options, options ? "" : qPrintable(options.error()));
         QCOMPARE(options->project, QStringLiteral("folder"));
         QCOMPARE(options->page, QStringLiteral("overview"));
@@ -99,6 +99,7 @@ private Q_SLOTS:
         QVERIFY(options->after == milliseconds(10'000));
         QCOMPARE(options->zoom, 0.5);
         QVERIFY(!options->isStored);
+        QVERIFY(options->isSilent);
         QVERIFY(options->areScriptsTrusted);
     }
 
@@ -195,8 +196,8 @@ private Q_SLOTS:
         const Run help = run({QStringLiteral("--help")});
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.out.contains(QStringLiteral("Shows the pages of a project with live values.")));
-        for (const char* option :
-             {"--page", "--screenshot", "--after", "--source", "--record", "--zoom", "--no-store", "--trust"})
+        for (const char* option : {"--page", "--screenshot", "--after", "--source", "--record", "--zoom", "--no-store",
+                                   "--silent", "--trust"})
             QVERIFY2(help.out.contains(QLatin1String(option)), option);
         const Run version = run({QStringLiteral("--version")});
         QCOMPARE(version.exitCode, 0);

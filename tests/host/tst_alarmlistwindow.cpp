@@ -384,6 +384,29 @@ private Q_SLOTS:
         QCOMPARE(desk.part<QLabel>("alarmFirstOut")->text(), QStringLiteral("first: b at 2026-03-01 08:00:01.000"));
         QTest::keyClick(desk.table, Qt::Key_F, Qt::ControlModifier);
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("nothing"));
+        QCOMPARE(desk.part<QLabel>("alarmCounts")->text(), QStringLiteral("no alarm, 3 hidden by the filter"));
+    }
+
+    // Its alarms come hidden: it must not be forgotten.
+    void anObjectOutOfServiceWithoutAnAlarmIsPutBack()
+    {
+        OperatedAlarms desk;
+        QVERIFY(!desk.isEnabled("putBack"));
+        const ObjectKey object{Korvane::ScadaObjectType::AnalogPoint, 200077};
+        QVERIFY(desk.manager().setOutOfService(object, true, QStringLiteral("kim"), QStringLiteral("a & b")));
+        QCOMPARE(desk.part<QLabel>("alarmCounts")->text(),
+                 QStringLiteral("no alarm, 1 object(s) suppressed or out of service"));
+        QVERIFY(desk.isEnabled("putBack"));
+        QString entry;
+        QTimer::singleShot(0, &desk.window, [&] {
+            auto* menu = desk.part<QMenu>("outOfService");
+            entry = menu->actions().constFirst()->text();
+            OperatedAlarms::clickIn(menu, entry);
+        });
+        desk.press("putBack");
+        QVERIFY2(entry.endsWith(QStringLiteral(" - a && b (kim)")), qPrintable(entry));
+        QVERIFY(!desk.manager().exclusion(object).isOutOfService);
+        QVERIFY(!desk.isEnabled("putBack"));
         QCOMPARE(desk.part<QLabel>("alarmCounts")->text(), QStringLiteral("no alarm"));
     }
 

@@ -565,6 +565,50 @@ private Q_SLOTS:
         QCOMPARE(after.told(), QStringLiteral("high raised 100000"));
     }
 
+    void anAlarmTakesWhatThePointListSaysNow()
+    {
+        Plant before({flowWith({Cause::High})});
+        before.watch();
+        before.take(flowKey, 0, 85);
+        RuntimeDatabase::Object changed = flowWith({Cause::High});
+        changed.area = QStringLiteral("South");
+        changed.alarm.severities[AlarmSetting::placeOf(Cause::High)] = 9;
+        Plant after({changed});
+        after.manager.restore(before.standing(flowKey, Cause::High), {});
+        after.watch();
+        QCOMPARE(after.told(), QString());
+        QCOMPARE(after.standing(flowKey, Cause::High).severity, 9);
+        QCOMPARE(after.standing(flowKey, Cause::High).area, QStringLiteral("South"));
+        QCOMPARE(after.manager.waitingCount(9), 1);
+        QCOMPARE(after.manager.highestUnacknowledgedSeverity(), 9);
+        QCOMPARE(after.manager.unacknowledgedCount(QStringLiteral("South")), 1);
+        QCOMPARE(after.manager.visibleCount(before.standing(flowKey, Cause::High).severity), 0);
+    }
+
+    void anAlarmOfAnotherPointOfThatIdReturns()
+    {
+        Plant before({flowWith({Cause::High})});
+        before.watch();
+        before.take(flowKey, 0, 85);
+        RuntimeDatabase::Object other = flowWith({Cause::High});
+        other.name = QStringLiteral("LEVEL");
+        Plant after({other});
+        after.manager.restore(before.standing(flowKey, Cause::High), {});
+        after.now = start + 100000;
+        after.watch();
+        QCOMPARE(after.told(), QStringLiteral("high returned 100000"));
+        after.take(flowKey, 200000, 85);
+        QCOMPARE(after.standing(flowKey, Cause::High).tag, QStringLiteral("LEVEL"));
+    }
+
+    void anAlarmOfAPointWithoutAValueHasNone()
+    {
+        Plant plant({flowWith({Cause::Communication})});
+        plant.watch();
+        QVERIFY(plant.database.setCommunicationFailed(flowKey, true, start + 1));
+        QVERIFY(!plant.standing(flowKey, Cause::Communication).value.isValid());
+    }
+
     void anAlarmThatIsNoLongerInThePointListReturns()
     {
         Plant before({flowWith({Cause::High}), stateObject(pumpKey, "PUMP")});

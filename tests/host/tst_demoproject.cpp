@@ -1,11 +1,13 @@
 // The demo project: it opens without a problem, stands as the page writer writes it, and shows values from each source.
 
+#include "host/actions/canvasactionmanager.h"
 #include "host/canvas/pagereader.h"
 #include "host/canvas/pagerenderer.h"
 #include "host/canvas/pagewriter.h"
 #include "host/runtime/livesystem.h"
 #include "host/runtime/sourcerecorder.h"
 #include "host/shapes/shape.h"
+#include "scada/binding/objecttarget.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -73,6 +75,7 @@ private Q_SLOTS:
     void pagesStandAsTheyAreWritten_data()
     {
         QTest::addColumn<QString>("name");
+        QTest::newRow("alarms") << QStringLiteral("alarms");
         QTest::newRow("overview") << QStringLiteral("overview");
         QTest::newRow("statistics") << QStringLiteral("statistics");
     }
@@ -105,6 +108,52 @@ private Q_SLOTS:
         QCOMPARE(demo.system->dataService().failedPoints(), 0);
         QVERIFY(number(*page, QStringLiteral("flow")) > 100);
         QCOMPARE(page->canvas->findShape(QStringLiteral("pump"))->namedProperty(QStringLiteral("State")), QVariant(1));
+    }
+
+    // Points that are missing are problems of the page.
+    void everyPropertyOfItsPagesIsThere()
+    {
+        const Demo demo;
+        QVERIFY2(demo.system, qPrintable(demo.error));
+        int count = 0;
+        for (const QString& name : demo.system->project().pages()) {
+            const auto page = demo.system->openPage(name);
+            QVERIFY2(page, page ? "" : qPrintable(page.error()));
+            for (const ObjectTarget* target : dynamic_cast<const CanvasActionManager&>(*(*page)->actions).targets()) {
+                if (target->objectKindType() != Korvane::ScadaObjectType::ApplicationProperty)
+                    continue;
+                ++count;
+                QVERIFY2(demo.system->properties().getProperty(target->getTagString()).isValid(),
+                         qPrintable(target->getTagString()));
+            }
+        }
+        QVERIFY(count >= 5); // those of the alarms
+        QCOMPARE(demo.system->problems(), QStringList());
+    }
+
+    void itsAlarmsCanBeHeard()
+    {
+        const Demo demo;
+        QVERIFY2(demo.system, qPrintable(demo.error));
+        const AlarmDataInfo& severities = demo.system->project().alarms.severities;
+        for (int severity = 1; severity <= ScadaAlarm::highestSeverity; ++severity) {
+            const QString sound = severities.severityData(severity).soundPath;
+            QVERIFY2(sound.startsWith(projectFolder() + QStringLiteral("/sounds/")), qPrintable(sound));
+            QVERIFY2(QFileInfo(sound).isFile(), qPrintable(sound));
+            QCOMPARE(bool(severities.severityData(severity).usePopup), severity >= 8);
+        }
+        QCOMPARE(severities.severityData(0).soundPath, QString()); // the one that asks for nothing
+    }
+
+    void itsAreasAreThoseOfItsPoints()
+    {
+        const Demo demo;
+        QVERIFY2(demo.system, qPrintable(demo.error));
+        QSet<QString> areas;
+        for (const ObjectKey point : demo.system->database().objects(Korvane::ScadaObjectType::Point))
+            areas.insert(demo.system->database().object(point)->area);
+        const QStringList& stated = demo.system->project().alarms.areas;
+        QCOMPARE(areas, QSet<QString>(stated.begin(), stated.end()));
     }
 
     void theRecordingIsTheSimulations()

@@ -290,6 +290,32 @@ private Q_SLOTS:
         QCOMPARE(listener.take(), QStringLiteral("1: 97000 ms, 1 limit 0 quality 0"));
     }
 
+    void aWatchedPointThatNeverHasASampleGoesStale()
+    {
+        Plant plant;
+        Listener listener;
+        plant.database.setMarksListener(&listener);
+        plant.database.watch(flowKey, 0);
+        plant.database.watch(unitKey, 1); // has no time limit
+        QVERIFY(plant.database.takeStale(start + minute - 1).empty());
+        QCOMPARE(listener.take(), QString());
+        QCOMPARE(plant.database.takeStale(start + minute).size(), std::size_t(1));
+        QCOMPARE(listener.take(), QStringLiteral("0: 60000 ms, nan limit 0 quality 5"));
+        QVERIFY(plant.database.takeStale(start + 10 * minute).empty());
+        plant.take(flowKey, start + 11 * minute, 50);
+        QCOMPARE(listener.take(), QStringLiteral("0: 660000 ms, 50 limit 0 quality 0"));
+    }
+
+    void whatHasFailedBeforeIsHeardAtOnce()
+    {
+        Plant plant;
+        QVERIFY(plant.database.setCommunicationFailed(unitKey, true, start));
+        Listener listener;
+        plant.database.setMarksListener(&listener);
+        plant.database.watch(unitKey, 1);
+        QCOMPARE(listener.take(), QStringLiteral("1: 0 ms, nan limit 0 quality 9"));
+    }
+
     void watchingAllocatesNothing()
     {
         Plant plant;

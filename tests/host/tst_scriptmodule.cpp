@@ -83,7 +83,19 @@ public:
         return id == 7;
     }
     int highestUnacknowledgedSeverity() const override { return 9; }
+    bool shelve(quint64 id, const QDateTime& until, const QString& user, const QString& reason) override
+    {
+        shelved.append(text("%1 until %2 by %3: %4").arg(id).arg(until.toString(Qt::ISODate), user, reason));
+        return id == 7;
+    }
+    bool setSuppressed(ObjectKey object, bool isSuppressed, const QString& reason) override
+    {
+        suppressed.append(text("%1 %2 %3").arg(object.id).arg(int(isSuppressed)).arg(reason));
+        return isSuppressed;
+    }
 
+    QStringList shelved;
+    QStringList suppressed;
     QList<ScadaAlarm> alarms;
     QStringList acknowledged;
 };
@@ -385,6 +397,28 @@ private Q_SLOTS:
         QCOMPARE(manager.acknowledged, QStringList({text("7 by "), text("5 by "), text("7 by anna")}));
         QVERIFY(plant.run("alarms.acknowledge('7')").contains(text("TypeError")));
         QVERIFY(plant.run("alarms.acknowledge(-1)").contains(text("TypeError")));
+    }
+
+    void alarmsAreShelvedAndSuppressed()
+    {
+        Plant plant;
+        Alarms manager;
+        plant.core.scadaCoreInterface()->setAlarmManager(&manager);
+        const QString until = plant.core.scadaCoreInterface()->currentTime().addSecs(90).toString(Qt::ISODate);
+        QCOMPARE(plant.run("print(alarms.shelve(7, 1.5, 'known'), alarms.shelve(id=5, minutes=1.5, reason=''))"),
+                 text("True False"));
+        QCOMPARE(manager.shelved,
+                 (QStringList{text("7 until %1 by : known").arg(until), text("5 until %1 by : ").arg(until)}));
+        for (const char* minutes : {"0", "-1", "10081", "float('nan')"}) {
+            const QString said = plant.run((QByteArray("alarms.shelve(7, ") + minutes + ", 'x')").constData());
+            QVERIFY2(said.contains(text("ValueError: minutes must be above 0, at most 10080")), qPrintable(said));
+        }
+        QCOMPARE(plant.run("print(alarms.suppress('LT-1', reason='cleaning'), alarms.suppress('LT-1', False))"),
+                 text("True False"));
+        const QString id = manager.suppressed.constFirst().section(QLatin1Char(' '), 0, 0);
+        QCOMPARE(manager.suppressed, (QStringList{id + text(" 1 cleaning"), id + text(" 0 ")}));
+        QVERIFY(id.toInt() > 0);
+        QVERIFY(plant.run("alarms.suppress('nowhere')").contains(text("LookupError")));
     }
 
     void aSystemWithoutServicesSaysSo()
