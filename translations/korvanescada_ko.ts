@@ -59,11 +59,11 @@
 <context>
     <name>AlarmFilterBar</name>
     <message>
-        <source>Se&amp;verities</source>
+        <source>Sever&amp;ities</source>
         <translation>심각도(&amp;S)</translation>
     </message>
     <message>
-        <source>A&amp;reas</source>
+        <source>Ar&amp;eas</source>
         <translation>책임 구역(&amp;G)</translation>
     </message>
     <message>

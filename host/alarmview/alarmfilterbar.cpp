@@ -38,9 +38,9 @@ ChoiceButton::Choices severityChoices()
 
 AlarmFilterBar::AlarmFilterBar(const AlarmListModel& model, QWidget* parent) : QWidget(parent), m_model(model)
 {
-    m_severities = new ChoiceButton(tr("Se&verities"), severityChoices);
+    m_severities = new ChoiceButton(tr("Sever&ities"), severityChoices);
     m_severities->setObjectName(QStringLiteral("severities"));
-    m_areas = new ChoiceButton(tr("A&reas"), [this] {
+    m_areas = new ChoiceButton(tr("Ar&eas"), [this] {
         ChoiceButton::Choices choices{{AlarmAreas::noArea, tr("no area")}};
         for (const QString& name : m_model.areas().names())
             choices.append({m_model.areas().number(name), name});

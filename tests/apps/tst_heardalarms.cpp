@@ -91,7 +91,8 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("lines");
         const QString made = m_files.write(QStringLiteral("falling.csv"), fallingFlow());
         QTest::newRow("a flow that falls and comes back")
-            << QStringLiteral("recording:%1?speed=16").arg(made) << QStringLiteral("6s")
+            // Long enough for the sound to come again, should the machine have held up the first.
+            << QStringLiteral("recording:%1?speed=16").arg(made) << QStringLiteral("10s")
             << QStringList{fromUtf8("2026-03-02 08:00:15.000  raised  8  P101.FLOW  Flow very low (unacknowledged)"),
                            fromUtf8("2026-03-02 08:00:15.000  raised  5  P101.FLOW  Flow low (unacknowledged)"),
                            fromUtf8("2026-03-02 08:00:45.000  returned  8  P101.FLOW  Flow very low (returned "
@@ -103,7 +104,7 @@ private Q_SLOTS:
         if (!QFile::exists(recorded))
             return;
         QTest::newRow("the inlet valve closes")
-            << QStringLiteral("recording:%1?speed=150").arg(recorded) << QStringLiteral("10s")
+            << QStringLiteral("recording:%1?speed=150").arg(recorded) << QStringLiteral("14s")
             << QStringList{fromUtf8("2020-03-09 10:34:43.000  raised  5  P101.FLOW  Flow low (unacknowledged)"),
                            fromUtf8("2020-03-09 10:45:33.000  raised  8  P101.FLOW  Flow very low (unacknowledged)"),
                            fromUtf8("2020-03-09 10:51:12.000  returned  8  P101.FLOW  Flow very low (returned "
