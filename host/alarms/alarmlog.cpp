@@ -5,18 +5,11 @@
 #include <QDir>
 
 #include <algorithm>
-#include <atomic>
 #include <iterator>
 
 namespace {
 
 using State = ScadaAlarm::State;
-
-QString newConnectionName()
-{
-    static std::atomic<int> made{0};
-    return QStringLiteral("AlarmLog-%1").arg(++made);
-}
 
 QVariant stored(const QDateTime& time)
 {
@@ -185,7 +178,7 @@ tl::expected<void, QString> AlarmLog::open(const QString& fileName)
 {
     close();
     m_fileName = fileName;
-    m_connection = newConnectionName();
+    m_connection = newConnectionName("AlarmLog");
     const auto prepared = prepare();
     if (prepared)
         return {};
@@ -201,11 +194,10 @@ tl::expected<void, QString> AlarmLog::openInMemory()
 
 tl::expected<void, QString> AlarmLog::prepare()
 {
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    database.setDatabaseName(m_fileName);
-    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
-    if (!database.open())
-        return tl::make_unexpected(reasonOf(database.lastError()));
+    auto opened = openSqlite(m_connection, m_fileName);
+    if (!opened)
+        return tl::make_unexpected(opened.error());
+    QSqlDatabase& database = *opened;
     for (const char* setting : {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL"}) {
         if (auto set = execute(database, QLatin1String(setting)); !set)
             return set;
@@ -222,8 +214,7 @@ void AlarmLog::close()
 {
     if (m_connection.isEmpty())
         return;
-    QSqlDatabase::database(m_connection, false).close();
-    QSqlDatabase::removeDatabase(m_connection);
+    closeSqlite(m_connection);
     m_connection.clear();
     m_fileName.clear();
     m_lines.clear();

@@ -9,18 +9,11 @@
 #include <QDir>
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
 namespace {
 
 constexpr int schemaVersion = 2; // 1 had points without areas and alarms
-
-QString newConnectionName()
-{
-    static std::atomic<int> made{0};
-    return QStringLiteral("RuntimeStore-%1").arg(++made);
-}
 
 tl::expected<void, QString> createSchema(QSqlDatabase& database)
 {
@@ -89,7 +82,7 @@ tl::expected<void, QString> RuntimeStore::open(const QString& fileName)
 {
     close();
     m_fileName = fileName;
-    m_connection = newConnectionName();
+    m_connection = newConnectionName("RuntimeStore");
     const tl::expected<void, QString> prepared = prepare();
     if (prepared)
         return {};
@@ -100,13 +93,10 @@ tl::expected<void, QString> RuntimeStore::open(const QString& fileName)
 
 tl::expected<void, QString> RuntimeStore::prepare()
 {
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    if (!database.isValid())
-        return tl::make_unexpected(QStringLiteral("Qt's driver QSQLITE is not installed"));
-    database.setDatabaseName(m_fileName);
-    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
-    if (!database.open())
-        return tl::make_unexpected(reasonOf(database.lastError()));
+    auto opened = openSqlite(m_connection, m_fileName);
+    if (!opened)
+        return tl::make_unexpected(opened.error());
+    QSqlDatabase& database = *opened;
     const auto version = versionOf(database);
     if (!version)
         return tl::make_unexpected(version.error());
@@ -132,8 +122,7 @@ void RuntimeStore::close()
 {
     if (m_connection.isEmpty())
         return;
-    QSqlDatabase::database(m_connection, false).close();
-    QSqlDatabase::removeDatabase(m_connection);
+    closeSqlite(m_connection);
     m_connection.clear();
     m_fileName.clear();
     m_isLoaded = false;

@@ -8,6 +8,8 @@
 
 #include <tl/expected.hpp>
 
+#include <atomic>
+
 /// The database's own words for what went wrong.
 inline QString reasonOf(const QSqlError& error)
 {
@@ -33,6 +35,32 @@ inline tl::expected<QVariant, QString> ask(const QSqlDatabase& database, const Q
     if (!query.exec(text) || !query.next())
         return tl::make_unexpected(reasonOf(query));
     return query.value(0);
+}
+
+/// A name that no other connection of this program has.
+inline QString newConnectionName(const char* owner)
+{
+    static std::atomic<int> made{0};
+    return QStringLiteral("%1-%2").arg(QLatin1String(owner)).arg(++made);
+}
+
+/// Opens an SQLite file, or makes a new one, under a connection of that name; to be ended by closeSqlite(), opened or not.
+inline tl::expected<QSqlDatabase, QString> openSqlite(const QString& connection, const QString& fileName)
+{
+    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+    if (!database.isValid())
+        return tl::make_unexpected(QStringLiteral("Qt's driver QSQLITE is not installed"));
+    database.setDatabaseName(fileName);
+    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
+    if (!database.open())
+        return tl::make_unexpected(reasonOf(database.lastError()));
+    return database;
+}
+
+inline void closeSqlite(const QString& connection)
+{
+    QSqlDatabase::database(connection, false).close();
+    QSqlDatabase::removeDatabase(connection);
 }
 
 /// A transaction that is taken back unless it is committed.
