@@ -46,7 +46,7 @@ int AlarmDesk::acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint)
         if (!m_manager.acknowledge(id, operatorName))
             continue;
         ++count;
-        const ObjectKey object{alarm.objectType, alarm.objectId};
+        const ObjectKey object = alarm.object();
         if (known.contains(object))
             continue;
         known.insert(object);

@@ -54,7 +54,7 @@ const AlarmManager::Occurrence* AlarmManager::find(quint64 id) const
 State AlarmManager::stateOf(const Occurrence& occurrence) const
 {
     const bool isShelved = occurrence.shelf.until.isValid();
-    const auto excluded = m_exclusions.constFind(objectOf(occurrence.alarm));
+    const auto excluded = m_exclusions.constFind(occurrence.alarm.object());
     if (excluded != m_exclusions.constEnd()) {
         if (!occurrence.isPresent && !isShelved)
             return State::Normal;
@@ -98,7 +98,7 @@ void AlarmManager::tell(Occurrence& occurrence, const ScadaAlarm& before, AlarmT
     renewFirstOut(occurrence.alarm);
     transition.alarm = occurrence.alarm;
     if (occurrence.alarm.state == State::Normal) {
-        m_byKey.erase({objectOf(occurrence.alarm), occurrence.alarm.cause});
+        m_byKey.erase({occurrence.alarm.object(), occurrence.alarm.cause});
         m_occurrences.erase(occurrence.alarm.id);
     }
     Q_EMIT transitioned(transition);
@@ -124,7 +124,7 @@ void AlarmManager::awaitOperator(Occurrence& occurrence)
 quint64 AlarmManager::raiseAlarm(const ScadaAlarm& alarm)
 {
     const QDateTime now = m_clock();
-    const quint64 standingId = standing(objectOf(alarm), alarm.cause);
+    const quint64 standingId = standing(alarm.object(), alarm.cause);
     ScadaAlarm raised = alarm;
     raised.id = standingId != 0 ? standingId : ++m_lastId;
     raised.severity = static_cast<int>(placeOf(alarm.severity));
@@ -140,7 +140,7 @@ quint64 AlarmManager::raiseAlarm(const ScadaAlarm& alarm)
     occurrence.alarm = raised;
     occurrence.isPresent = true;
     awaitOperator(occurrence);
-    m_byKey[{objectOf(raised), raised.cause}] = raised.id;
+    m_byKey[{raised.object(), raised.cause}] = raised.id;
     tell(occurrence, before, {0, Kind::Raised, raised.raised, {}, {}, {}, {}});
     return raised.id;
 }
@@ -364,7 +364,7 @@ int AlarmManager::unacknowledgedCount(const QString& area) const
 
 bool AlarmManager::isLatching(const ScadaAlarm& alarm) const
 {
-    return m_isLatching && m_isLatching(objectOf(alarm));
+    return m_isLatching && m_isLatching(alarm.object());
 }
 
 void AlarmManager::restore(const ScadaAlarm& alarm, const Shelf& shelf)
@@ -381,7 +381,7 @@ void AlarmManager::restore(const ScadaAlarm& alarm, const Shelf& shelf)
     count(occurrence.alarm, 1);
     if (shelf.until.isValid())
         m_shelfEnds.emplace(shelf.until, alarm.id);
-    m_byKey[{objectOf(alarm), alarm.cause}] = alarm.id;
+    m_byKey[{alarm.object(), alarm.cause}] = alarm.id;
     m_occurrences[alarm.id] = occurrence;
 }
 

@@ -137,7 +137,6 @@ private:
         ScadaAlarm firstOut; ///< with number 0 while nothing is visible
     };
 
-    static ObjectKey objectOf(const ScadaAlarm& alarm) { return {alarm.objectType, alarm.objectId}; }
     static bool isVisible(const ScadaAlarm& alarm);
     Occurrence* find(quint64 id);
     const Occurrence* find(quint64 id) const;

@@ -93,7 +93,7 @@ void AlarmSystem::tellPages(const ScadaAlarm& alarm)
         const auto isOpen = [&] { return std::find(m_pages.begin(), m_pages.end(), page) != m_pages.end(); };
         if (!isOpen() || !page->isShown())
             continue;
-        const auto concerned = page->actionsBoundTo({alarm.objectType, alarm.objectId});
+        const auto concerned = page->actionsBoundTo(alarm.object());
         if (concerned.isEmpty())
             continue;
         page->requestAlarm(alarm, concerned);

@@ -90,7 +90,7 @@ void KorvaneScadaAlarmProcessor::watchAll()
 void KorvaneScadaAlarmProcessor::returnUnwatched()
 {
     for (const ScadaAlarm& alarm : m_manager.activeAlarms()) {
-        const RuntimeDatabase::Object* object = m_database.object({alarm.objectType, alarm.objectId});
+        const RuntimeDatabase::Object* object = m_database.object(alarm.object());
         if (!object || !object->alarm.hasAlarm(alarm.cause))
             m_manager.returnAlarm(alarm.id, {});
     }

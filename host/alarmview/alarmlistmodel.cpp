@@ -84,7 +84,7 @@ QVariant AlarmListModel::decoration(const Item& item, int column, int role) cons
 QString AlarmListModel::toolTip(const Item& item) const
 {
     QStringList lines{item.alarm.message};
-    const AlarmManager::Exclusion exclusion = m_manager.exclusion({item.alarm.objectType, item.alarm.objectId});
+    const AlarmManager::Exclusion exclusion = m_manager.exclusion(item.alarm.object());
     if (!item.shelf.reason.isEmpty())
         lines.append(tr("Shelved: %1").arg(item.shelf.reason));
     if (!exclusion.suppressionReason.isEmpty())

@@ -29,11 +29,6 @@ QKeySequence keys(const char* text)
     return QKeySequence(QString::fromLatin1(text));
 }
 
-ObjectKey objectOf(const ScadaAlarm& alarm)
-{
-    return {alarm.objectType, alarm.objectId};
-}
-
 } // namespace
 
 AlarmListWindow::AlarmListWindow(AlarmSystem& system, KorvaneScadaCoreInterface& hub, const QStringList& areas,
@@ -275,7 +270,7 @@ QList<ObjectKey> AlarmListWindow::selectedObjects() const
 {
     QSet<ObjectKey> objects;
     for (const int row : selectedRows())
-        objects.insert(objectOf(m_model.alarm(row)));
+        objects.insert(m_model.alarm(row).object());
     return objects.values();
 }
 
@@ -346,7 +341,7 @@ void AlarmListWindow::putBackIntoService()
     QList<ObjectKey> objects;
     for (const int row : selectedRows()) {
         if (m_model.alarm(row).state == State::OutOfService)
-            objects.append(objectOf(m_model.alarm(row)));
+            objects.append(m_model.alarm(row).object());
     }
     if (objects.isEmpty())
         objects = chooseOutOfService();
@@ -389,7 +384,7 @@ void AlarmListWindow::goToPage()
 {
     const QModelIndex current = m_table->currentIndex();
     if (current.isValid())
-        Q_EMIT pageRequested(objectOf(m_model.alarm(current.row())));
+        Q_EMIT pageRequested(m_model.alarm(current.row()).object());
 }
 
 void AlarmListWindow::updateActions()

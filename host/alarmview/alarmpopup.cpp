@@ -155,7 +155,7 @@ void AlarmPopup::acknowledge()
 void AlarmPopup::goToPage()
 {
     const ScadaAlarm alarm = m_manager.alarm(m_shown);
-    Q_EMIT pageRequested({alarm.objectType, alarm.objectId});
+    Q_EMIT pageRequested(alarm.object());
 }
 
 /// What was closed is not shown again; what comes is.

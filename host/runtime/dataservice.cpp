@@ -16,8 +16,6 @@ namespace {
 constexpr std::chrono::milliseconds usualTick{50};
 constexpr int foldedPointsATick = 200; // keeps a tick short; what is not folded is in the journal
 
-constexpr qint32 unreliable = ValueMark::Invalid | ValueMark::Stale | ValueMark::CommunicationFailed;
-
 } // namespace
 
 DataService::DataService(RuntimeDatabase& database, KorvaneScadaCoreInterface& hub, QObject* parent)
@@ -222,7 +220,7 @@ int DataService::failedPoints() const
     for (const ObjectKey object : m_database.objects(Korvane::ScadaObjectType::Point)) {
         const QuorixData record = m_database.presentRecord(object);
         const QuorixValue* quality = record.GetValue("quality");
-        count += quality && (quality->toInt32() & unreliable) ? 1 : 0;
+        count += quality && (quality->toInt32() & ValueMark::unreliable) ? 1 : 0;
     }
     return count;
 }

@@ -25,8 +25,6 @@ struct Marks
     qint32 quality = 0;
 };
 
-constexpr qint32 unreliable = ValueMark::Invalid | ValueMark::Stale | ValueMark::CommunicationFailed;
-
 QuorixData recordOf(const ScriptSession::Tag& tag)
 {
     return session().database()->presentRecord(tag.object);
@@ -155,7 +153,8 @@ void ScriptModule::defineTags(py::module_ tags)
              "given however bad its quality is. Raises LookupError for a tag that names nothing.");
     tags.def("marks", &marks, py::arg("tag"), "marks(tag)\n\nThe marks of the present value.");
     tags.def(
-        "is_good", [](const py::str& name) { return (marks(name).quality & unreliable) == 0; }, py::arg("tag"),
+        "is_good", [](const py::str& name) { return (marks(name).quality & ValueMark::unreliable) == 0; },
+        py::arg("tag"),
         "is_good(tag)\n\nWhether the present value can be relied on: it is there, and neither INVALID, STALE nor "
         "COMMUNICATION_FAILED.");
     tags.def(

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/data/scadaobjecttype.h"
+#include "platform/data/objectkey.h"
 #include "platform/platformexport.h"
 
 #include <QDateTime>
@@ -44,6 +44,7 @@ struct KORVANE_PLATFORM_EXPORT ScadaAlarm
     QDateTime acknowledged; ///< UTC; invalid before
     QString acknowledgedBy;
 
+    ObjectKey object() const { return {objectType, objectId}; }
     /// Whether an operator has yet to acknowledge it.
     bool isUnacknowledged() const { return state == State::Unacknowledged || state == State::ReturnedUnacknowledged; }
 

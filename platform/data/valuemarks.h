@@ -32,4 +32,7 @@ enum Quality : qint32 {
     Test = 0x80,
 };
 
+/// Qualities of a value that nothing may be concluded from.
+constexpr qint32 unreliable = Invalid | Stale | CommunicationFailed;
+
 } // namespace ValueMark
