@@ -2,6 +2,8 @@
 
 #include "host/canvas/canvas.h"
 #include "host/canvas/eventactions.h"
+#include "host/canvas/operation.h"
+#include "host/canvas/pageaccess.h"
 #include "host/hostexport.h"
 #include "scada/hub/canvasscadaactionmanagerinterface.h"
 
@@ -15,6 +17,8 @@ struct KORVANE_HOST_EXPORT Page
 {
     std::unique_ptr<Canvas> canvas;
     EventActions events;
+    Operations operations;
+    PageAccess access;
     std::unique_ptr<CanvasScadaActionManagerInterface> actions;
     QString fileName;
     /// What could not be loaded and what stands in its place, each with file, line and object.

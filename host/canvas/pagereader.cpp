@@ -5,6 +5,7 @@
 #include "host/canvas/jsontext_p.h"
 #include "host/canvas/jsonvalues_p.h"
 #include "host/canvas/storedevents_p.h"
+#include "host/canvas/storedoperation_p.h"
 #include "host/shapes/placeholder.h"
 #include "host/shapes/shapefactory.h"
 #include "host/shapes/shapeproperty.h"
@@ -48,6 +49,7 @@ private:
     bool readProperties(Shape& shape, const Value& stored);
     void readActions(Shape& shape, const Value& stored);
     void readEvents(const Shape* shape, const Value& stored);
+    void readOperation(const Shape& shape, const Value& stored);
     std::unique_ptr<TagAction> readAction(Shape& shape, const Value& stored);
     using Parts = tl::expected<void, QString>;
     tl::expected<std::unique_ptr<TagAction>, QString> readParts(Shape& shape, const Value& stored);
@@ -84,7 +86,7 @@ void Reading::problem(const Value& where, const QString& text)
 void Reading::readCanvas(const Value& root)
 {
     Canvas& canvas = *m_page.canvas;
-    Taken taken = {"format", "version", "layers", "events"};
+    Taken taken = {"format", "version", "layers", "events", "access"};
     m_object = QStringLiteral("page");
     if (const Value* stored = textIn(root, "title", taken))
         canvas.setTitle(JsonText::stringOf(*stored));
@@ -171,12 +173,15 @@ void Reading::readLayer(const Value& stored)
         Shape& added = m_page.canvas->addShape(layer, readShape(shape));
         const Value* actions = JsonText::member(shape, "actions");
         const Value* events = JsonText::member(shape, "events");
+        const Value* operation = JsonText::member(shape, "operation");
         if (dynamic_cast<Placeholder*>(&added))
             continue; // has them with the rest of the stored shape
         if (actions)
             readActions(added, *actions);
         if (events)
             readEvents(&added, *events);
+        if (operation)
+            readOperation(added, *operation);
     }
 }
 
@@ -205,7 +210,7 @@ std::unique_ptr<Shape> Reading::readShape(const Value& stored)
     std::unique_ptr<Shape> shape = ShapeFactory::create(className);
     if (!shape)
         return placeholder(stored, QStringLiteral("unknown class \"%1\"").arg(className));
-    Taken taken = {"class", "actions", "events"};
+    Taken taken = {"class", "actions", "events", "operation"};
     if (const Value* name = textIn(stored, "name", taken))
         shape->setName(JsonText::stringOf(*name));
     if (readPlace(*shape, stored))
@@ -283,6 +288,18 @@ void Reading::readEvents(const Shape* shape, const Value& stored)
             problem(event, read.problem);
         m_page.events.add(shape, std::move(read.entry));
     }
+}
+
+void Reading::readOperation(const Shape& shape, const Value& stored)
+{
+    const auto operation = StoredOperation::read(stored);
+    if (operation) {
+        checkTag(operation->tag, stored);
+        m_page.operations.set(&shape, *operation);
+        return;
+    }
+    problem(stored, QStringLiteral("\"operation\" %1: the shape does nothing").arg(operation.error()));
+    m_page.operations.setUnreadable(&shape, JsonText::textOf(stored));
 }
 
 // An action of which a part can't be read does nothing, and stays in the file as it stands.
@@ -540,8 +557,28 @@ tl::expected<Page, QString> PageReader::read(const QByteArray& text, const QStri
     if (layers && !layers->IsArray())
         return refused(QStringLiteral("\"layers\" is no array"));
 
+    // Before anything of the page is made: one that may not be opened is not there for a moment.
+    PageAccess access;
+    QString accessProblem;
+    if (const Value* stored = JsonText::member(root, "access")) {
+        if (const auto read = StoredOperation::readAccess(*stored)) {
+            access = *read;
+        } else {
+            access = {true, {}, JsonText::textOf(*stored)};
+            accessProblem = QStringLiteral("%1:%2: page: %3: nobody may open it while security is on")
+                                .arg(fileName, QString::number(json->lineOf(*stored)), read.error());
+        }
+    }
+    if (m_mayOpen) {
+        if (const auto allowed = m_mayOpen(access); !allowed)
+            return refused(allowed.error());
+    }
+
     Page page;
     page.fileName = fileName;
+    page.access = access;
+    if (!accessProblem.isEmpty())
+        page.problems.append(accessProblem);
     page.canvas = std::make_unique<Canvas>(QFileInfo(fileName).completeBaseName());
     page.actions.reset(m_managers.createActionManager(page.canvas.get(), nullptr));
     Reading reading(page, *json, m_runtime);

@@ -8,6 +8,9 @@
 
 #include <tl/expected.hpp>
 
+#include <functional>
+#include <utility>
+
 class CanvasScadaActionManagerFactoryInterface;
 class ScadaRuntimeInterface;
 
@@ -29,6 +32,11 @@ public:
     {
     }
 
+    /// Says why a page with that access may not be opened, or that it may.
+    using AccessCheck = std::function<tl::expected<void, QString>(const PageAccess&)>;
+    /// Asked before anything of a page is made; without one every page may be opened.
+    void setAccessCheck(AccessCheck mayOpen) { m_mayOpen = std::move(mayOpen); }
+
     /// The page in \p fileName, named after the file without its suffix. Not opened yet: its tags are not resolved.
     tl::expected<Page, QString> readFile(const QString& fileName) const;
     /// \param fileName stands in texts of errors and problems
@@ -37,4 +45,5 @@ public:
 private:
     CanvasScadaActionManagerFactoryInterface& m_managers;
     ScadaRuntimeInterface* m_runtime;
+    AccessCheck m_mayOpen;
 };

@@ -6,6 +6,7 @@
 #include "host/canvas/jsonvalues_p.h"
 #include "host/canvas/pagereader.h"
 #include "host/canvas/storedevents_p.h"
+#include "host/canvas/storedoperation_p.h"
 #include "host/shapes/placeholder.h"
 #include "host/shapes/shapefactory.h"
 #include "host/shapes/shapeproperty.h"
@@ -24,7 +25,7 @@ using JsonValues::Writer;
 class Writing
 {
 public:
-    explicit Writing(const Page& page) : m_events(page.events), m_writer(m_buffer)
+    explicit Writing(const Page& page) : m_page(page), m_writer(m_buffer)
     {
         m_writer.SetIndent(' ', 1);
         m_writer.SetFormatOptions(rapidjson::kFormatSingleLineArray);
@@ -42,6 +43,8 @@ private:
     void writeProperties(const Shape& shape);
     void writeAction(const TagAction& action);
     void writeEvents(const Shape* shape);
+    void writeOperation(const Shape& shape);
+    void writeAccess();
     void writeTargets(const TagAction& action);
     void writeRules(const TagAction& action);
     void writeSettings(const TagAction& action);
@@ -51,7 +54,7 @@ private:
     void writeRaw(const QByteArray& json);
     void text(const char* key, const QString& value);
 
-    const EventActions& m_events;
+    const Page& m_page;
     rapidjson::StringBuffer m_buffer;
     Writer m_writer;
     QHash<const TesselInterface*, QList<const TagAction*>> m_actions;
@@ -111,6 +114,7 @@ QByteArray Writing::write(const Canvas& canvas)
         m_writer.Key("background");
         JsonValues::write(m_writer, QVariant(canvas.background()));
     }
+    writeAccess();
     writeEvents(nullptr);
     writeKept(kept);
     m_writer.Key("layers");
@@ -168,14 +172,44 @@ void Writing::writeShape(const Shape& shape)
         m_writer.EndArray();
     }
     writeEvents(&shape);
+    writeOperation(shape);
     m_writer.EndObject();
+}
+
+void Writing::writeOperation(const Shape& shape)
+{
+    const Operation* operation = m_page.operations.of(&shape);
+    const QByteArray unreadable = m_page.operations.unreadable(&shape);
+    if (!operation && unreadable.isEmpty())
+        return;
+    m_writer.Key("operation");
+    if (!operation) {
+        writeRaw(unreadable); // as it was read
+        return;
+    }
+    m_writer.StartObject();
+    StoredOperation::write(m_writer, *operation);
+    writeKept(operation->unknown);
+    m_writer.EndObject();
+}
+
+void Writing::writeAccess()
+{
+    const PageAccess& access = m_page.access;
+    if (!access.isProtected && access.users.isEmpty() && access.unreadable.isEmpty())
+        return;
+    m_writer.Key("access");
+    if (access.unreadable.isEmpty())
+        StoredOperation::write(m_writer, access);
+    else
+        writeRaw(access.unreadable); // as it was read
 }
 
 // Of a shape, or of the page for null.
 void Writing::writeEvents(const Shape* shape)
 {
-    const std::vector<EventActions::Entry>& entries = m_events.of(shape);
-    const QByteArray unreadable = m_events.unreadable(shape);
+    const std::vector<EventActions::Entry>& entries = m_page.events.of(shape);
+    const QByteArray unreadable = m_page.events.unreadable(shape);
     if (entries.empty() && unreadable.isEmpty())
         return;
     m_writer.Key("events");

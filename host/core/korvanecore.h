@@ -21,9 +21,17 @@ public:
     KorvaneScriptInterface* scriptInterface() override { return m_scripts; }
     /// \param scripts not owned; null takes it back
     void setScriptInterface(KorvaneScriptInterface* scripts) { m_scripts = scripts; }
+    KorvaneDataBaseManagerInterface* databaseManager() override { return m_databaseManager; }
+    /// \param manager not owned; null takes it back
+    void setDatabaseManager(KorvaneDataBaseManagerInterface* manager) { m_databaseManager = manager; }
+    KorvaneProjectManagerInterface* projectManager() override { return m_projectManager; }
+    /// \param manager not owned; null takes it back
+    void setProjectManager(KorvaneProjectManagerInterface* manager) { m_projectManager = manager; }
 
 private:
     ScadaCore m_scada;
     KVCanvasManagerInterface* m_canvasManager = nullptr;
     KorvaneScriptInterface* m_scripts = nullptr;
+    KorvaneDataBaseManagerInterface* m_databaseManager = nullptr;
+    KorvaneProjectManagerInterface* m_projectManager = nullptr;
 };

@@ -229,3 +229,16 @@ QVariant DataService::historyValue(ObjectKey object, DataCode::DataField field)
 {
     return m_database.historyValue(object, field);
 }
+
+bool DataService::queryUserAccounts(const QString& sql, QList<EUserAccount>& accounts)
+{
+    if (!m_accountQuery)
+        return false;
+    const auto found = m_accountQuery(sql);
+    if (!found) {
+        Q_EMIT problemFound(found.error());
+        return false;
+    }
+    accounts += *found;
+    return true;
+}

@@ -9,10 +9,13 @@
 #include <QObject>
 #include <QTimer>
 
+#include <tl/expected.hpp>
 #include <tsl/robin_set.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class CanvasScadaActionManagerInterface;
@@ -78,6 +81,10 @@ public:
     int failedPoints() const;
 
     QVariant historyValue(ObjectKey object, DataCode::DataField field) override;
+    bool queryUserAccounts(const QString& sql, QList<EUserAccount>& accounts) override;
+    /// Answers queries for user accounts; there are none unless it is set.
+    using AccountQuery = std::function<tl::expected<QList<EUserAccount>, QString>(const QString& sql)>;
+    void setAccountQuery(AccountQuery query) { m_accountQuery = std::move(query); }
 
 Q_SIGNALS:
     /// A batch was passed to the pages.
@@ -97,6 +104,7 @@ private:
     RuntimeDatabase& m_database;
     KorvaneScadaCoreInterface& m_hub;
     RuntimeStore* m_store = nullptr;
+    AccountQuery m_accountQuery;
     std::vector<std::unique_ptr<ValueSource>> m_sources;
     std::vector<CanvasScadaActionManagerInterface*> m_pages;
     QTimer m_timer;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/alarms/alarmsetting.h"
+#include "host/control/controlsetting.h"
 #include "host/hostexport.h"
 #include "host/runtime/markslistener.h"
 #include "host/runtime/statisticscalendar.h"
@@ -73,6 +74,9 @@ public:
         /// Area of responsibility; empty for none.
         QString area = {};
         AlarmSetting alarm = {};
+        /// Name of the unit that a point belongs to, or of the line that a unit is reached by; empty for none.
+        QString parent = {};
+        ControlSetting control = {};
     };
 
     RuntimeDatabase();

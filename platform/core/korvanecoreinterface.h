@@ -5,6 +5,8 @@
 #include <QtGlobal>
 
 class KVCanvasManagerInterface;
+class KorvaneDataBaseManagerInterface;
+class KorvaneProjectManagerInterface;
 class KorvaneScadaCoreInterface;
 class KorvaneScriptInterface;
 
@@ -25,4 +27,10 @@ public:
 
     /// The front of the script engine, owned by the host; null where scripts can't run.
     virtual KorvaneScriptInterface* scriptInterface() = 0;
+
+    /// The front to the user accounts, owned by the host; null in a host without users.
+    virtual KorvaneDataBaseManagerInterface* databaseManager() = 0;
+
+    /// The open project, owned by the host; null in a host without projects.
+    virtual KorvaneProjectManagerInterface* projectManager() = 0;
 };

@@ -34,6 +34,11 @@ qint32 JsonReading::integerOf(const rapidjson::Value& value)
     return static_cast<qint32>(std::clamp<double>(value.GetDouble(), Limits::min(), Limits::max()));
 }
 
+double JsonReading::numberOf(const rapidjson::Value& value)
+{
+    return value.IsNumber() ? value.GetDouble() : 0;
+}
+
 qint8 JsonReading::lowByteOf(const rapidjson::Value& value)
 {
     return static_cast<qint8>(static_cast<quint8>(integerOf(value)));

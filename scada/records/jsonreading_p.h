@@ -15,6 +15,9 @@ rapidjson::Document parseObject(const QString& text);
 /// bits) its whole part, which stays at the end of the range that it lies beyond; 0 of everything that is no number.
 qint32 integerOf(const rapidjson::Value& value);
 
+/// Any number as a double; 0 of everything that is no number.
+double numberOf(const rapidjson::Value& value);
+
 /// The low byte of the value's integer, as records hold flags and small numbers: 256 is 0.
 qint8 lowByteOf(const rapidjson::Value& value);
 

@@ -43,6 +43,7 @@ constexpr qint64 begin = 1'600'000'000'000;
 class TestHistory : public DataServiceInterface
 {
 public:
+    bool queryUserAccounts(const QString&, QList<EUserAccount>&) override { return false; }
     QVariant historyValue(ObjectKey, DataCode::DataField field) override
     {
         return field == DataCode::DataField::PastMean ? QVariant(7.5) : QVariant();

@@ -15,6 +15,7 @@ namespace {
 class TestDataService : public DataServiceInterface
 {
 public:
+    bool queryUserAccounts(const QString&, QList<EUserAccount>&) override { return false; }
     QVariant historyValue(ObjectKey object, DataField field) override
     {
         asked.append({object.id, field});

@@ -37,6 +37,7 @@ const BrowseTypeFlag everything(0x17);
 class LastHour : public DataServiceInterface
 {
 public:
+    bool queryUserAccounts(const QString&, QList<EUserAccount>&) override { return false; }
     QVariant historyValue(ObjectKey object, DataCode::DataField field) override
     {
         asked.append(field);

@@ -43,8 +43,12 @@ public:
     KorvaneScadaCoreInterface* scadaCoreInterface() override { return hub; }
     KVCanvasManagerInterface* canvasManager() override { return manager; }
     KorvaneScriptInterface* scriptInterface() override { return scripts; }
+    KorvaneDataBaseManagerInterface* databaseManager() override { return users; }
+    KorvaneProjectManagerInterface* projectManager() override { return project; }
 
     KorvaneScadaCoreInterface* hub = nullptr;
     KVCanvasManagerInterface* manager = nullptr;
     KorvaneScriptInterface* scripts = nullptr;
+    KorvaneDataBaseManagerInterface* users = nullptr;
+    KorvaneProjectManagerInterface* project = nullptr;
 };

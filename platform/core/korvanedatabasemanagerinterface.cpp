@@ -1,0 +1,3 @@
+#include "platform/core/korvanedatabasemanagerinterface.h"
+
+KorvaneDataBaseManagerInterface::~KorvaneDataBaseManagerInterface() = default;
