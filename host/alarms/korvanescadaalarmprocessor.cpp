@@ -23,19 +23,19 @@ bool isSilent(Cause cause, const ObjectMarks& marks)
 }
 
 /// The limit that was crossed; invalid for a cause without one.
-QVariant limitOf(const RuntimeDatabase::Object& object, Cause cause)
+QVariant limitOf(const RuntimeDatabase::Limits& limits, double rateLimit, Cause cause)
 {
     switch (cause) {
     case Cause::LowLow:
-        return object.lowLow;
+        return limits.lowLow;
     case Cause::Low:
-        return object.low;
+        return limits.low;
     case Cause::High:
-        return object.high;
+        return limits.high;
     case Cause::HighHigh:
-        return object.highHigh;
+        return limits.highHigh;
     case Cause::RateOfChange:
-        return object.alarm.rateLimit;
+        return rateLimit;
     case Cause::StateChange:
     case Cause::Quality:
     case Cause::Communication:
@@ -233,7 +233,7 @@ void KorvaneScadaAlarmProcessor::raise(quint32 watched, Condition& condition, qi
     if (std::isfinite(condition.value))
         alarm.value = key.type == ScadaObjectType::AnalogPoint ? QVariant(condition.value)
                                                                : QVariant(static_cast<qint32>(condition.value));
-    alarm.limit = limitOf(object, condition.cause);
+    alarm.limit = limitOf(m_database.limits({object.type, object.id}), object.alarm.rateLimit, condition.cause);
     alarm.message = AlarmTexts::message(object, condition.cause, condition.value);
     alarm.raised = QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC);
     m_manager.raiseAlarm(alarm);

@@ -7,6 +7,7 @@
 #include "scada/hub/canvasscadaactionmanagerinterface.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 
+#include <QMetaMethod>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -37,8 +38,22 @@ void DataService::addSource(std::unique_ptr<ValueSource> source)
 {
     ValueSource* added = source.get();
     m_sources.push_back(std::move(source));
-    connect(added, &ValueSource::delivered, this, &DataService::take);
-    connect(added, &ValueSource::problemFound, this, &DataService::problemFound);
+    m_sourceFigures.push_back(std::make_unique<SourceFigures>());
+    SourceFigures* figures = m_sourceFigures.back().get();
+    connect(added, &ValueSource::delivered, this,
+            [this, figures](const std::vector<Sample>& samples) { takeFrom(*figures, samples); });
+    connect(added, &ValueSource::problemFound, this, [this, figures](const QString& text) {
+        ++figures->errors;
+        figures->lastError = text;
+        Q_EMIT problemFound(text);
+    });
+    connect(added, &ValueSource::commandAnswered, this, &DataService::commandAnswered);
+    connect(added, &ValueSource::stateChanged, this, [added, figures] {
+        if (added->state() == ValueSource::State::Failed) {
+            ++figures->errors;
+            figures->lastError = added->failure();
+        }
+    });
     connect(added, &ValueSource::stateChanged, this, [this, added] { heedSource(*added); });
     if (added->state() == ValueSource::State::Failed)
         heedSource(*added);
@@ -65,6 +80,26 @@ void DataService::stop()
         tellOnce(committed.error());
 }
 
+void DataService::takeFrom(SourceFigures& figures, const std::vector<Sample>& samples)
+{
+    figures.samples += samples.size();
+    for (const Sample& sample : samples)
+        figures.newestMs = std::max(figures.newestMs, sample.timeMs);
+    if (m_held.isEmpty()) {
+        take(samples);
+        return;
+    }
+    m_taken.clear();
+    for (const Sample& sample : samples) {
+        const auto held = m_held.find(sample.object);
+        if (held == m_held.end())
+            m_taken.push_back(sample);
+        else
+            held->newest = sample;
+    }
+    take(m_taken);
+}
+
 void DataService::take(const std::vector<Sample>& samples)
 {
     for (const Sample& sample : samples) {
@@ -74,18 +109,61 @@ void DataService::take(const std::vector<Sample>& samples)
         }
         ++m_figures.samples;
         m_newestMs = std::max(m_newestMs, sample.timeMs);
-        note(sample.object);
+        m_history.append(sample);
+        noteChanged(sample.object);
     }
     if (m_store)
         m_store->append(samples);
 }
 
-void DataService::note(ObjectKey object)
+void DataService::noteChanged(ObjectKey object)
 {
     if (Korvane::isPointObjectType(object.type))
         m_newPoints.insert(static_cast<quint32>(object.id));
     else if (std::find(m_newOthers.begin(), m_newOthers.end(), object) == m_newOthers.end())
         m_newOthers.push_back(object);
+}
+
+void DataService::hold(ObjectKey object)
+{
+    ++m_held[object].count;
+}
+
+void DataService::release(ObjectKey object)
+{
+    const auto held = m_held.find(object);
+    if (held == m_held.end() || --held->count > 0)
+        return;
+    const std::optional<Sample> newest = held->newest;
+    m_held.erase(held);
+    if (!newest)
+        return;
+    // What was entered meanwhile is younger than what was held back, and would have it ignored.
+    Sample sample = *newest;
+    sample.timeMs = std::max(sample.timeMs, nowMs());
+    take({sample});
+}
+
+void DataService::enter(const Sample& sample)
+{
+    take({sample});
+}
+
+ValueSource* DataService::commandSource(ObjectKey object) const
+{
+    const auto found = std::find_if(m_sources.begin(), m_sources.end(),
+                                    [object](const auto& source) { return source->takesCommands(object); });
+    return found == m_sources.end() ? nullptr : found->get();
+}
+
+ValueSource* DataService::sourceOf(ObjectKey object) const
+{
+    for (const auto& source : m_sources) {
+        const std::vector<ObjectKey> objects = source->objects();
+        if (std::find(objects.begin(), objects.end(), object) != objects.end())
+            return source.get();
+    }
+    return nullptr;
 }
 
 void DataService::heedSource(ValueSource& source)
@@ -96,7 +174,7 @@ void DataService::heedSource(ValueSource& source)
     for (const ObjectKey object : source.objects()) {
         if (!m_database.setCommunicationFailed(object, hasFailed, nowMs()))
             continue;
-        note(object);
+        noteChanged(object);
         if (m_store)
             m_store->appendCommunicationFailed(object, hasFailed, nowMs());
     }
@@ -117,7 +195,7 @@ void DataService::tick()
     for (const auto& source : m_sources)
         source->advance(now);
     for (const ObjectKey object : m_database.takeStale(now))
-        note(object);
+        noteChanged(object);
     send();
     if (m_store) {
         if (const auto committed = m_store->commit(now); !committed)
@@ -151,6 +229,7 @@ void DataService::send()
     } else {
         if (m_newPoints.empty())
             return;
+        tellChanged();
         for (const quint32 id : m_newPoints) {
             const auto signedId = static_cast<qint32>(id);
             m_batch.points.emplace(id, m_database.presentRecord({Korvane::pointTypeOfId(signedId), signedId}));
@@ -172,6 +251,19 @@ void DataService::send()
             page->takeBatch(m_batch);
     }
     Q_EMIT batchSent();
+}
+
+void DataService::tellChanged()
+{
+    static const QMetaMethod told = QMetaMethod::fromSignal(&DataService::objectsChanged);
+    if (!isSignalConnected(told))
+        return;
+    std::vector<ObjectKey> changed;
+    changed.reserve(m_newPoints.size() + m_newOthers.size());
+    for (const quint32 id : m_newPoints)
+        changed.push_back({Korvane::pointTypeOfId(static_cast<qint32>(id)), static_cast<qint32>(id)});
+    changed.insert(changed.end(), m_newOthers.begin(), m_newOthers.end());
+    Q_EMIT objectsChanged(changed);
 }
 
 void DataService::addPage(CanvasScadaActionManagerInterface* page)

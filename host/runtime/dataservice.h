@@ -1,11 +1,13 @@
 #pragma once
 
 #include "host/hostexport.h"
+#include "host/runtime/samplehistory.h"
 #include "host/sources/valuesource.h"
 #include "platform/data/dataserviceinterface.h"
 #include "platform/data/mwdatadepartment.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QObject>
 #include <QTimer>
 
@@ -15,6 +17,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -45,12 +48,41 @@ public:
         qint64 newestSampleMs = 0;  ///< time of the newest sample in the newest batch; 0 when it holds none
     };
 
+    /// What came from one source.
+    struct SourceFigures
+    {
+        quint64 samples = 0;
+        quint64 errors = 0;      ///< failures and whatever it had to skip
+        qint64 newestMs = 0;     ///< time of the newest sample, since 1970-01-01 UTC; 0 before the first
+        QString lastError = {};
+    };
+
     /// \param database, hub not owned, must outlive the service
     DataService(RuntimeDatabase& database, KorvaneScadaCoreInterface& hub, QObject* parent = nullptr);
     ~DataService() override;
 
     void addSource(std::unique_ptr<ValueSource> source);
     const std::vector<std::unique_ptr<ValueSource>>& sources() const { return m_sources; }
+    /// What came from the source at that place of sources().
+    const SourceFigures& sourceFigures(std::size_t place) const { return *m_sourceFigures[place]; }
+    /// The source that commands to \p object go through; null when none takes them.
+    ValueSource* commandSource(ObjectKey object) const;
+    /// The source that delivers \p object, the first of them; null for none.
+    ValueSource* sourceOf(ObjectKey object) const;
+
+    /// Holds the samples of \p object back, or takes them again, beginning with the newest that was held back. Each
+    /// hold must be ended by who began it: an object that is held for two reasons stays held until both are gone.
+    void hold(ObjectKey object);
+    void release(ObjectKey object);
+    bool isHeld(ObjectKey object) const { return m_held.find(object) != m_held.end(); }
+    /// Takes a sample that no source delivered, held back or not.
+    void enter(const Sample& sample);
+    /// Pages and listeners get the present record of \p object with the next tick.
+    void noteChanged(ObjectKey object);
+
+    /// The newest values of each object, of this run of the program.
+    const SampleHistory& history() const { return m_history; }
+
     /// Where samples and statistics are kept beyond the end of the program; not owned, null for nowhere.
     void setStore(RuntimeStore* store) { m_store = store; }
 
@@ -89,13 +121,18 @@ public:
 Q_SIGNALS:
     /// A batch was passed to the pages.
     void batchSent();
+    /// The present records of these objects are others since the last batch; told with each batch.
+    void objectsChanged(const std::vector<ObjectKey>& objects);
+    /// A source answered a command (ValueSource::commandAnswered).
+    void commandAnswered(quint32 requestId, const QString& refusal);
     void ticked();
     /// Something went wrong that does not stop the service; \p text says what, where and what is done instead.
     void problemFound(const QString& text);
 
 private:
+    void takeFrom(SourceFigures& figures, const std::vector<Sample>& samples);
     void take(const std::vector<Sample>& samples);
-    void note(ObjectKey object);
+    void tellChanged();
     void heedSource(ValueSource& source);
     void tellOnce(const QString& problem);
     void send();
@@ -105,7 +142,17 @@ private:
     KorvaneScadaCoreInterface& m_hub;
     RuntimeStore* m_store = nullptr;
     AccountQuery m_accountQuery;
+    struct Hold
+    {
+        int count = 0;
+        std::optional<Sample> newest; ///< that was held back
+    };
+
     std::vector<std::unique_ptr<ValueSource>> m_sources;
+    std::vector<std::unique_ptr<SourceFigures>> m_sourceFigures; ///< parallel to the sources
+    QHash<ObjectKey, Hold> m_held;
+    std::vector<Sample> m_taken; ///< scratch, of what was not held back
+    SampleHistory m_history;
     std::vector<CanvasScadaActionManagerInterface*> m_pages;
     QTimer m_timer;
     tsl::robin_set<quint32, MwDataDepartment::IdHash> m_newPoints;

@@ -52,7 +52,8 @@ QVariant limit(double value)
     return std::isnan(value) ? QVariant() : QVariant(value);
 }
 
-constexpr quint8 stateLayout = 1;
+constexpr quint8 stateLayout = 2; // 1 did not say since when statistics run
+constexpr qint64 never = std::numeric_limits<qint64>::min();
 constexpr qint64 neverSampled = std::numeric_limits<qint64>::min();
 constexpr qint64 earliestTimeMs = Q_INT64_C(-62135596800000); // 0001-01-01
 constexpr qint64 latestTimeMs = Q_INT64_C(253402300799999);   // the end of 9999
@@ -249,6 +250,8 @@ bool RuntimeDatabase::takeSample(const Sample& sample)
     present.timeMs = sample.timeMs;
     present.quality = sample.quality;
     if (std::isfinite(value)) {
+        if (!present.hasValue || present.value != value)
+            present.changedMs = sample.timeMs;
         present.value = value;
         present.hasValue = true;
     } else {
@@ -259,7 +262,7 @@ bool RuntimeDatabase::takeSample(const Sample& sample)
         if (isFast)
             present.limitMarks |= ValueMark::Abnormal;
     }
-    statisticsOf(present).take(sample.timeMs, value, present.quality, m_calendar);
+    statisticsOf(present, sample.timeMs).take(sample.timeMs, value, present.quality, m_calendar);
     if (present.staleAfterMs > 0 && !present.isQueued)
         queueExpiry(*objects, found->second);
     if (present.isWatched)
@@ -329,13 +332,147 @@ void RuntimeDatabase::setLimitMarks(Present& present)
     present.limitMarks = marks;
 }
 
-PointStatistics& RuntimeDatabase::statisticsOf(Present& present)
+PointStatistics& RuntimeDatabase::statisticsOf(Present& present, qint64 sinceMs) const
 {
     if (!present.statistics) {
         const auto kind = present.isAnalog ? PointStatistics::Kind::Analog : PointStatistics::Kind::Digital;
         present.statistics = std::make_unique<PointStatistics>(kind, present.staleAfterMs);
+        present.statisticsSinceMs = sinceMs;
     }
     return *present.statistics;
+}
+
+bool RuntimeDatabase::setTagMarks(ObjectKey key, qint32 marks)
+{
+    Present* present = findPresent(key);
+    if (!present || present->tagMarks == marks)
+        return false;
+    present->tagMarks = static_cast<quint8>(marks);
+    return true;
+}
+
+qint32 RuntimeDatabase::tagMarks(ObjectKey key) const
+{
+    const Present* present = findPresent(key);
+    return present ? present->tagMarks : 0;
+}
+
+RuntimeDatabase::Limits RuntimeDatabase::limits(ObjectKey key) const
+{
+    const Present* present = findPresent(key);
+    return present ? Limits{present->lowLow, present->low, present->high, present->highHigh} : Limits{};
+}
+
+tl::expected<RuntimeDatabase::Present*, QString> RuntimeDatabase::findAnalog(ObjectKey key)
+{
+    Present* present = findPresent(key);
+    if (!present || !present->isAnalog)
+        return tl::make_unexpected(QStringLiteral("only an analog point has limits"));
+    return present;
+}
+
+// Without waiting for a sample: what stands beyond a limit now is marked now.
+void RuntimeDatabase::judgeAnew(Present& present)
+{
+    if (!present.hasValue || (present.quality & ValueMark::Invalid) != 0)
+        return;
+    const qint32 before = present.limitMarks;
+    const qint32 rateMark = before & ValueMark::Abnormal;
+    setLimitMarks(present);
+    present.limitMarks |= rateMark;
+    if (present.isWatched)
+        tellMarks(present, before, present.quality, std::max(present.timeMs, now()));
+}
+
+tl::expected<void, QString> RuntimeDatabase::setLimits(ObjectKey key, const Limits& limits)
+{
+    const auto present = findAnalog(key);
+    if (!present)
+        return tl::make_unexpected(present.error());
+    const auto isInOrder = [](double lower, double upper, bool mayBeEqual) {
+        return std::isnan(lower) || std::isnan(upper) || lower < upper || (mayBeEqual && lower == upper);
+    };
+    const auto isLimit = [](double value) { return !std::isinf(value); };
+    if (!isLimit(limits.lowLow) || !isLimit(limits.low) || !isLimit(limits.high) || !isLimit(limits.highHigh))
+        return tl::make_unexpected(QStringLiteral("a limit must be a number"));
+    if (!isInOrder(limits.lowLow, limits.low, true) || !isInOrder(limits.high, limits.highHigh, true) ||
+        !isInOrder(limits.low, limits.high, false) || !isInOrder(limits.lowLow, limits.high, false) ||
+        !isInOrder(limits.low, limits.highHigh, false) || !isInOrder(limits.lowLow, limits.highHigh, false))
+        return tl::make_unexpected(
+            QStringLiteral("limits must lie in their order: low low, low below high, high high"));
+    Present& changed = **present;
+    changed.lowLow = limits.lowLow;
+    changed.low = limits.low;
+    changed.high = limits.high;
+    changed.highHigh = limits.highHigh;
+    judgeAnew(changed);
+    return {};
+}
+
+double RuntimeDatabase::hysteresis(ObjectKey key) const
+{
+    const Present* present = findPresent(key);
+    return present ? present->hysteresis : 0;
+}
+
+tl::expected<void, QString> RuntimeDatabase::setHysteresis(ObjectKey key, double hysteresis)
+{
+    const auto present = findAnalog(key);
+    if (!present)
+        return tl::make_unexpected(present.error());
+    if (!std::isfinite(hysteresis) || hysteresis < 0)
+        return tl::make_unexpected(QStringLiteral("a dead band must be a number from 0 on"));
+    (*present)->hysteresis = hysteresis;
+    judgeAnew(**present);
+    return {};
+}
+
+void RuntimeDatabase::setHeldByHand(ObjectKey key, bool held)
+{
+    Family* objects = family(key.type);
+    Present* present = findPresent(key);
+    if (!present || present->isHeldByHand == held)
+        return;
+    present->isHeldByHand = held;
+    if (!held && present->staleAfterMs > 0 && present->timeMs != neverSampled && !present->isQueued)
+        queueExpiry(*objects, objects->byId.at(key.id));
+}
+
+bool RuntimeDatabase::setStale(ObjectKey key, qint64 nowMs)
+{
+    Present* present = findPresent(key);
+    if (!present || present->timeMs == neverSampled || (present->quality & ValueMark::Stale) != 0)
+        return false;
+    const qint32 before = present->quality;
+    interrupt(key, nowMs);
+    if (present->isWatched)
+        tellMarks(*present, present->limitMarks, before, nowMs);
+    return true;
+}
+
+std::optional<qint64> RuntimeDatabase::lastChangeMs(ObjectKey key) const
+{
+    const Present* present = findPresent(key);
+    return present && present->changedMs != never ? std::optional(present->changedMs) : std::nullopt;
+}
+
+bool RuntimeDatabase::resetStatistics(ObjectKey key, qint64 nowMs)
+{
+    Present* present = findPresent(key);
+    if (!present || !present->statistics)
+        return false;
+    present->statistics.reset();
+    const double value = present->hasValue ? present->value : std::numeric_limits<double>::quiet_NaN();
+    statisticsOf(*present, nowMs).take(std::max(nowMs, present->timeMs), value, present->quality, m_calendar);
+    if ((present->quality & ValueMark::Stale) != 0)
+        present->statistics->interrupt(nowMs, m_calendar);
+    return true;
+}
+
+std::optional<qint64> RuntimeDatabase::statisticsSinceMs(ObjectKey key) const
+{
+    const Present* present = findPresent(key);
+    return present && present->statisticsSinceMs != never ? std::optional(present->statisticsSinceMs) : std::nullopt;
 }
 
 QuorixData RuntimeDatabase::presentRecord(ObjectKey key) const
@@ -344,7 +481,7 @@ QuorixData RuntimeDatabase::presentRecord(ObjectKey key) const
     const Present* present = findPresent(key);
     if (!present)
         return record;
-    record.setMember("tag", qint32(0));
+    record.setMember("tag", qint32(present->tagMarks));
     record.setMember("limit", present->limitMarks);
     record.setMember("quality", present->quality);
     if (present->timeMs != neverSampled)
@@ -357,7 +494,9 @@ QuorixData RuntimeDatabase::presentRecord(ObjectKey key) const
     if (Korvane::isPointObjectType(key.type))
         return record;
     record.setMember("commState", value);
-    record.setMember(key.type == ScadaObjectType::RtuObject ? "scanState" : "driverState", value);
+    const bool isUnit = key.type == ScadaObjectType::RtuObject;
+    const bool isStopped = isUnit && (present->tagMarks & ValueMark::ScanInhibited) != 0;
+    record.setMember(isUnit ? "scanState" : "driverState", isStopped ? QuorixValue(qint32(0)) : value);
     return record;
 }
 
@@ -376,6 +515,8 @@ std::vector<ObjectKey> RuntimeDatabase::takeStale(qint64 nowMs)
         m_expiries.pop();
         Present& present = due.family->present[due.index];
         present.isQueued = false;
+        if (present.isHeldByHand)
+            continue;
         if (present.timeMs + present.staleAfterMs > nowMs) {
             queueExpiry(*due.family, due.index);
             continue;
@@ -424,13 +565,13 @@ QVariant RuntimeDatabase::fieldValue(ObjectKey key, DataCode::DataField field) c
     case DataCode::DataField::DisplayName:
         return text(object.displayName);
     case DataCode::DataField::LowLowLimit:
-        return limit(object.lowLow);
+        return limit(findPresent(key)->lowLow);
     case DataCode::DataField::LowLimit:
-        return limit(object.low);
+        return limit(findPresent(key)->low);
     case DataCode::DataField::HighLimit:
-        return limit(object.high);
+        return limit(findPresent(key)->high);
     case DataCode::DataField::HighHighLimit:
-        return limit(object.highHigh);
+        return limit(findPresent(key)->highHigh);
     default:
         return presentField(object, field);
     }
@@ -471,7 +612,7 @@ QByteArray RuntimeDatabase::state(ObjectKey key) const
     QByteArray bytes;
     ByteWriter writer(bytes);
     writer.put(stateLayout).put(present->timeMs).put(present->quality).put(quint8(present->hasValue));
-    writer.put(present->value);
+    writer.put(present->value).put(present->statisticsSinceMs);
     return bytes + present->statistics->toBytes();
 }
 
@@ -479,20 +620,23 @@ bool RuntimeDatabase::restore(ObjectKey key, const QByteArray& state)
 {
     Present* present = findPresent(key);
     ByteReader reader(state);
-    if (!present || reader.take<quint8>() != stateLayout)
+    const auto layout = reader.take<quint8>();
+    if (!present || layout < 1 || layout > stateLayout)
         return false;
     const auto timeMs = reader.take<qint64>();
     const auto quality = reader.take<qint32>();
     const bool hasValue = reader.take<quint8>() != 0;
     const auto value = reader.take<double>();
+    const qint64 sinceMs = layout == 1 ? never : reader.take<qint64>();
     const bool isTimeGood = timeMs >= earliestTimeMs && timeMs <= latestTimeMs;
     const bool isValueGood = std::isfinite(present->isAnalog ? value : stateOf(value));
-    if (reader.isShort() || !isTimeGood || !isValueGood || !statisticsOf(*present).fromBytes(reader.rest()))
+    if (reader.isShort() || !isTimeGood || !isValueGood || !statisticsOf(*present, sinceMs).fromBytes(reader.rest()))
         return false;
     present->timeMs = timeMs;
     present->quality = quality;
     present->hasValue = hasValue;
     present->value = value;
+    present->statisticsSinceMs = sinceMs;
     present->limitMarks = 0;
     if (hasValue && (quality & ValueMark::Invalid) == 0)
         setLimitMarks(*present);

@@ -25,6 +25,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <queue>
 #include <utility>
 #include <vector>
@@ -77,6 +78,16 @@ public:
         /// Name of the unit that a point belongs to, or of the line that a unit is reached by; empty for none.
         QString parent = {};
         ControlSetting control = {};
+    };
+
+    /// Limits of an analog point in its own unit, with low low <= low < high <= high high; NaN for one that it does not
+    /// have.
+    struct Limits
+    {
+        double lowLow = std::numeric_limits<double>::quiet_NaN();
+        double low = std::numeric_limits<double>::quiet_NaN();
+        double high = std::numeric_limits<double>::quiet_NaN();
+        double highHigh = std::numeric_limits<double>::quiet_NaN();
     };
 
     RuntimeDatabase();
@@ -150,7 +161,36 @@ public:
     /// \returns whether the mark changed; false for an unknown object too.
     bool setCommunicationFailed(ObjectKey key, bool failed, qint64 nowMs);
 
-    /// Names, descriptions, limits, the value as text, and the statistics of the running periods at now().
+    /// Sets the T marks, bits of ValueMark::Tag.
+    /// \returns whether they are others than before; false for an unknown object too.
+    bool setTagMarks(ObjectKey key, qint32 marks);
+    qint32 tagMarks(ObjectKey key) const;
+
+    /// The limits in force: the point list's until setLimits().
+    Limits limits(ObjectKey key) const;
+    /// Puts other limits in force and judges the present value by them.
+    /// \returns why they are refused: no analog point, or not in their order.
+    [[nodiscard]] tl::expected<void, QString> setLimits(ObjectKey key, const Limits& limits);
+    /// The hysteresis in force: the point list's until setHysteresis().
+    double hysteresis(ObjectKey key) const;
+    /// \returns why it is refused: no analog point, or no number from 0 on.
+    [[nodiscard]] tl::expected<void, QString> setHysteresis(ObjectKey key, double hysteresis);
+
+    /// Whether the present value was put there by hand, and so does not go stale.
+    void setHeldByHand(ObjectKey key, bool held);
+    /// Marks the present value as Stale until the next sample; it counts no longer from \p nowMs on.
+    /// \returns whether the mark is new.
+    bool setStale(ObjectKey key, qint64 nowMs);
+    /// When the value last became another one; nothing before the first sample of this run.
+    std::optional<qint64> lastChangeMs(ObjectKey key) const;
+
+    /// Starts the statistics of all periods anew, with the present value from \p nowMs on.
+    /// \returns false for an object without a sample so far.
+    bool resetStatistics(ObjectKey key, qint64 nowMs);
+    /// Since when the statistics run; nothing before the first sample and where it is not known.
+    std::optional<qint64> statisticsSinceMs(ObjectKey key) const;
+
+    /// Names, descriptions, limits in force, the value as text, and the statistics of the running periods at now().
     ///
     /// The full name is station and name, joined by a "."; the value with unit has the point's decimals and a blank
     /// before the unit; the name of a state without one is its number.
@@ -208,6 +248,8 @@ private:
         bool isQueued = false; ///< in m_expiries
         bool isWatched = false;
         bool isReportDue = false; ///< the listener hears of the next sample, whatever it changes
+        bool isHeldByHand = false;
+        quint8 tagMarks = 0;
         qint32 abnormalState = -1;
         double lowLow = 0;
         double low = 0;
@@ -216,7 +258,9 @@ private:
         double hysteresis = 0;
         double rateLimit = 0; ///< per second; NaN for none
         qint64 staleAfterMs = 0;
+        qint64 changedMs = std::numeric_limits<qint64>::min();
         quint32 watchHandle = 0;
+        qint64 statisticsSinceMs = std::numeric_limits<qint64>::min();
         /// Made with the first sample: in a large plant many points never have one.
         std::unique_ptr<PointStatistics> statistics;
     };
@@ -245,7 +289,9 @@ private:
     Family* family(Korvane::ScadaObjectType type);
     const Present* findPresent(ObjectKey key) const;
     Present* findPresent(ObjectKey key);
-    static PointStatistics& statisticsOf(Present& present);
+    PointStatistics& statisticsOf(Present& present, qint64 sinceMs) const;
+    tl::expected<Present*, QString> findAnalog(ObjectKey key);
+    void judgeAnew(Present& present);
     QVariant presentField(const Object& object, DataCode::DataField field) const;
     void queueExpiry(Family& family, std::size_t index);
     static void setLimitMarks(Present& present);
