@@ -24,7 +24,8 @@ struct KORVANE_HOST_EXPORT AccountSettings
     QString passwordFile = {};
 
     /// Reads the member "accounts" of a project file: {"driver": "QPSQL", "host": ..., "port": ..., "database": ...,
-    /// "user": ..., "passwordFile": ...}; an empty object stands for the SQLite file "accounts.db" in \p folder.
+    /// "user": ..., "passwordFile": ...}, of which port and password file may be left out; an empty object, or the driver
+    /// "QSQLITE", stands for the SQLite file "accounts.db" in \p folder. The password file is relative to that folder.
     /// \returns what is wrong, naming the member.
     static tl::expected<AccountSettings, QString> read(const QJsonObject& stored, const QString& folder);
 };

@@ -43,7 +43,7 @@ int AlarmDesk::acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint)
     const QString operatorName = user();
     for (const quint64 id : ids) {
         const ScadaAlarm alarm = m_manager.alarm(id);
-        if (!m_manager.acknowledge(id, operatorName))
+        if (!permits(Act::Acknowledge, alarm.object()) || !m_manager.acknowledge(id, operatorName))
             continue;
         ++count;
         const ObjectKey object = alarm.object();
@@ -100,4 +100,24 @@ int AlarmDesk::acknowledgePage(const CanvasScadaActionManagerInterface& page)
 int AlarmDesk::acknowledgeArea(const QString& area)
 {
     return acknowledgeAll(m_manager.waiting(area), false);
+}
+
+bool AlarmDesk::shelve(quint64 id, const QDateTime& until, const QString& reason)
+{
+    return permits(Act::Shelve, m_manager.alarm(id).object()) && m_manager.shelve(id, until, user(), reason);
+}
+
+bool AlarmDesk::unshelve(quint64 id)
+{
+    return permits(Act::Shelve, m_manager.alarm(id).object()) && m_manager.unshelve(id, user());
+}
+
+bool AlarmDesk::setOutOfService(ObjectKey object, bool outOfService, const QString& reason)
+{
+    return permits(Act::TakeOutOfService, object) && m_manager.setOutOfService(object, outOfService, user(), reason);
+}
+
+bool AlarmDesk::setSuppressed(ObjectKey object, bool suppressed, const QString& reason)
+{
+    return permits(Act::TakeOutOfService, object) && m_manager.setSuppressed(object, suppressed, reason);
 }

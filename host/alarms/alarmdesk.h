@@ -3,10 +3,13 @@
 #include "host/hostexport.h"
 #include "platform/data/objectkey.h"
 
+#include <QDateTime>
 #include <QList>
 #include <QObject>
 #include <QString>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 class AlarmManager;
@@ -40,6 +43,19 @@ public:
     /// Acknowledges every alarm of an area, of all areas with an empty name; the number that waited.
     int acknowledgeArea(const QString& area);
 
+    /// Shelves an occurrence until a time in UTC; false when it is not there to be shelved.
+    bool shelve(quint64 id, const QDateTime& until, const QString& reason);
+    bool unshelve(quint64 id);
+    /// Takes the alarms of an object out of service, or back; false when they are so already.
+    bool setOutOfService(ObjectKey object, bool outOfService, const QString& reason);
+    bool setSuppressed(ObjectKey object, bool suppressed, const QString& reason);
+
+    /// What an operator does about alarms.
+    enum class Act { Acknowledge, Shelve, TakeOutOfService };
+    /// Says whether whoever operates may do that about alarms of an object; everything unless set. What he may not is
+    /// left as if it were not there.
+    void setPermission(std::function<bool(Act act, ObjectKey object)> permits) { m_permits = std::move(permits); }
+
     /// Who operates, as the log states it.
     QString user() const;
 
@@ -49,7 +65,9 @@ Q_SIGNALS:
 
 private:
     int acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint);
+    bool permits(Act act, ObjectKey object) const { return !m_permits || m_permits(act, object); }
 
     AlarmManager& m_manager;
     KorvaneScadaCoreInterface& m_hub;
+    std::function<bool(Act, ObjectKey)> m_permits;
 };

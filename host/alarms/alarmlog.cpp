@@ -214,7 +214,7 @@ void AlarmLog::close()
 {
     if (m_connection.isEmpty())
         return;
-    closeSqlite(m_connection);
+    closeDatabase(m_connection);
     m_connection.clear();
     m_fileName.clear();
     m_lines.clear();

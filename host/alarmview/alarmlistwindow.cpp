@@ -317,14 +317,14 @@ void AlarmListWindow::shelve()
 {
     ask(ShelveDialog::Purpose::Shelve, [this, ids = selectedIds()](const ShelveDialog& dialog) {
         for (const quint64 id : ids)
-            m_system.manager().shelve(id, dialog.until(), m_system.desk().user(), dialog.reason());
+            m_system.desk().shelve(id, dialog.until(), dialog.reason());
     });
 }
 
 void AlarmListWindow::unshelve()
 {
     for (const quint64 id : selectedIds())
-        m_system.manager().unshelve(id, m_system.desk().user());
+        m_system.desk().unshelve(id);
     m_model.applyChanges();
 }
 
@@ -332,7 +332,7 @@ void AlarmListWindow::takeOutOfService()
 {
     ask(ShelveDialog::Purpose::OutOfService, [this, objects = selectedObjects()](const ShelveDialog& dialog) {
         for (const ObjectKey object : objects)
-            m_system.manager().setOutOfService(object, true, m_system.desk().user(), dialog.reason());
+            m_system.desk().setOutOfService(object, true, dialog.reason());
     });
 }
 
@@ -346,7 +346,7 @@ void AlarmListWindow::putBackIntoService()
     if (objects.isEmpty())
         objects = chooseOutOfService();
     for (const ObjectKey object : qAsConst(objects))
-        m_system.manager().setOutOfService(object, false, m_system.desk().user(), {});
+        m_system.desk().setOutOfService(object, false, {});
     m_model.applyChanges();
 }
 

@@ -23,13 +23,16 @@ Page* CanvasManager::find(const QString& name) const
 tl::expected<Page*, QString> CanvasManager::open(const QString& name)
 {
     if (Page* page = find(name)) {
+        if (const auto allowed = m_mayOpen ? m_mayOpen(page->access) : tl::expected<void, QString>(); !allowed)
+            return tl::make_unexpected(QStringLiteral("%1: %2").arg(page->fileName, allowed.error()));
         setCurrent(page);
         return page;
     }
     // A name is no path: a page can't lead out of its project.
     if (name.isEmpty() || name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')))
         return tl::make_unexpected(QStringLiteral("\"%1\" is no name of a page").arg(name));
-    const PageReader reader(*m_hub.canvasActionManagerFactory(), m_hub.scadaRuntime());
+    PageReader reader(*m_hub.canvasActionManagerFactory(), m_hub.scadaRuntime());
+    reader.setAccessCheck(m_mayOpen);
     auto read = reader.readFile(m_project.pageFile(name));
     if (!read)
         return tl::make_unexpected(read.error());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/canvas/page.h"
+#include "host/canvas/pagereader.h"
 #include "host/core/project.h"
 #include "host/hostexport.h"
 #include "platform/core/kvcanvasmanagerinterface.h"
@@ -10,6 +11,7 @@
 #include <tl/expected.hpp>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 class KorvaneScadaCoreInterface;
@@ -24,6 +26,10 @@ public:
     /// \param hub not owned, must outlive the manager; has to have a canvas action manager factory
     CanvasManager(const Project& project, KorvaneScadaCoreInterface& hub, QObject* parent = nullptr);
     ~CanvasManager() override;
+
+    /// Says why a page with that access may not be opened now, or that it may; every page may unless set. Asked for an
+    /// open page too before it comes to the front.
+    void setAccessCheck(PageReader::AccessCheck mayOpen) { m_mayOpen = std::move(mayOpen); }
 
     /// Opens the page of that name, or hands out the one that is open: its tags are resolved, and it counts as out of
     /// sight until whoever shows it says otherwise (setShown of its actions). It comes to the front.
@@ -51,5 +57,6 @@ private:
     const Project& m_project;
     KorvaneScadaCoreInterface& m_hub;
     std::vector<std::unique_ptr<Page>> m_pages;
+    PageReader::AccessCheck m_mayOpen;
     const Page* m_current = nullptr;
 };

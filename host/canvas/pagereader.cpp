@@ -343,6 +343,26 @@ tl::expected<std::unique_ptr<TagAction>, QString> Reading::readParts(Shape& shap
     return action;
 }
 
+struct ReadAccess
+{
+    PageAccess access;
+    QString problem;
+};
+
+/// What can't be read lets nobody in.
+ReadAccess accessIn(const JsonText& json, const QString& fileName)
+{
+    const Value* stored = JsonText::member(json.root(), "access");
+    if (!stored)
+        return {};
+    const auto read = StoredOperation::readAccess(*stored);
+    if (read)
+        return {*read, {}};
+    return {{true, {}, JsonText::textOf(*stored)},
+            QStringLiteral("%1:%2: page: %3: nobody may open it while security is on")
+                .arg(fileName, QString::number(json.lineOf(*stored)), read.error())};
+}
+
 /// The bytes of a stored record; nothing where there is none, and a reason for a text that is no base64.
 tl::expected<QByteArray, QString> recordOf(const Value& stored)
 {
@@ -517,7 +537,7 @@ void Reading::readSettings(TagAction& action, const Value& stored)
 
 } // namespace
 
-tl::expected<Page, QString> PageReader::readFile(const QString& fileName) const
+tl::expected<QByteArray, QString> PageReader::textOf(const QString& fileName)
 {
     const QFileInfo info(fileName);
     if (!info.exists())
@@ -531,7 +551,26 @@ tl::expected<Page, QString> PageReader::readFile(const QString& fileName) const
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return tl::make_unexpected(QStringLiteral("%1: can't be read: %2").arg(fileName, file.errorString()));
-    return read(file.readAll(), fileName);
+    return file.readAll();
+}
+
+tl::expected<PageAccess, QString> PageReader::readAccess(const QString& fileName)
+{
+    const auto text = textOf(fileName);
+    if (!text)
+        return tl::make_unexpected(text.error());
+    const auto json = JsonText::parse(*text);
+    if (!json)
+        return tl::make_unexpected(QStringLiteral("%1: %2").arg(fileName, json.error()));
+    return accessIn(*json, fileName).access;
+}
+
+tl::expected<Page, QString> PageReader::readFile(const QString& fileName) const
+{
+    const auto text = textOf(fileName);
+    if (!text)
+        return tl::make_unexpected(text.error());
+    return read(*text, fileName);
 }
 
 tl::expected<Page, QString> PageReader::read(const QByteArray& text, const QString& fileName) const
@@ -558,17 +597,7 @@ tl::expected<Page, QString> PageReader::read(const QByteArray& text, const QStri
         return refused(QStringLiteral("\"layers\" is no array"));
 
     // Before anything of the page is made: one that may not be opened is not there for a moment.
-    PageAccess access;
-    QString accessProblem;
-    if (const Value* stored = JsonText::member(root, "access")) {
-        if (const auto read = StoredOperation::readAccess(*stored)) {
-            access = *read;
-        } else {
-            access = {true, {}, JsonText::textOf(*stored)};
-            accessProblem = QStringLiteral("%1:%2: page: %3: nobody may open it while security is on")
-                                .arg(fileName, QString::number(json->lineOf(*stored)), read.error());
-        }
-    }
+    const auto [access, accessProblem] = accessIn(*json, fileName);
     if (m_mayOpen) {
         if (const auto allowed = m_mayOpen(access); !allowed)
             return refused(allowed.error());

@@ -42,7 +42,11 @@ public:
     /// \param fileName stands in texts of errors and problems
     tl::expected<Page, QString> read(const QByteArray& text, const QString& fileName) const;
 
+    /// Who may open the page in \p fileName, without reading the rest of it; nobody where that can't be read.
+    static tl::expected<PageAccess, QString> readAccess(const QString& fileName);
+
 private:
+    static tl::expected<QByteArray, QString> textOf(const QString& fileName);
     CanvasScadaActionManagerFactoryInterface& m_managers;
     ScadaRuntimeInterface* m_runtime;
     AccessCheck m_mayOpen;

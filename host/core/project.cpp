@@ -45,6 +45,13 @@ public:
         return Milliseconds(number(name, static_cast<int>(otherwise.count()), static_cast<int>(shortest.count()),
                                    static_cast<int>(longest.count())));
     }
+    QJsonObject object(const char* name)
+    {
+        const QJsonValue value = m_object.value(QLatin1String(name));
+        if (!value.isUndefined() && !value.isObject())
+            refuse(name, QStringLiteral("an object"));
+        return value.toObject();
+    }
     void refuse(const char* name, const QString& wanted)
     {
         if (m_problem.isEmpty())
@@ -97,15 +104,18 @@ tl::expected<Project, QString> Project::read(const QString& folder)
     project.isSecured = members.flag("security", false);
     if (!project.timeZone.isEmpty() && !QTimeZone(project.timeZone.toLatin1()).isValid())
         members.refuse("timeZone", QStringLiteral("the name of a time zone, as \"Europe/Berlin\""));
-    const QJsonValue alarms = document.object().value(QLatin1String("alarms"));
-    if (!alarms.isUndefined() && !alarms.isObject())
-        members.refuse("alarms", QStringLiteral("an object"));
+    const QJsonObject alarms = members.object("alarms");
+    const QJsonObject accounts = members.object("accounts");
     if (!members.problem().isEmpty())
         return refused(members.problem());
-    const auto presentation = AlarmPresentation::read(alarms.toObject(), project.folder);
+    const auto presentation = AlarmPresentation::read(alarms, project.folder);
     if (!presentation)
         return refused(presentation.error());
     project.alarms = *presentation;
+    const auto accountSettings = AccountSettings::read(accounts, project.folder);
+    if (!accountSettings)
+        return refused(accountSettings.error());
+    project.accounts = *accountSettings;
     if (project.name.isEmpty())
         project.name = QFileInfo(project.folder).fileName();
     return project;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/accounts/accountsettings.h"
 #include "host/alarms/alarmpresentation.h"
 #include "host/hostexport.h"
 
@@ -29,6 +30,7 @@ struct KORVANE_HOST_EXPORT Project
     /// How long a script may run before it is stopped.
     std::chrono::milliseconds scriptLimit{2000};
     AlarmPresentation alarms = {};
+    AccountSettings accounts = {};
 
     /// The project in \p folder.
     /// \returns why it can't be opened, with the file's name and, where there is one, the line.
@@ -40,6 +42,8 @@ struct KORVANE_HOST_EXPORT Project
         return folder + QStringLiteral("/pages/") + page + QStringLiteral(".pws");
     }
     QString symbolFolder() const { return folder + QStringLiteral("/symbols"); }
+    /// What operators did and changed, kept apart from the statistics.
+    QString operatingFile() const { return folder + QStringLiteral("/operating.db"); }
     QString databaseFile() const { return folder + QStringLiteral("/runtime.db"); }
     /// \p fileName as seen from the project's folder.
     QString path(const QString& fileName) const;

@@ -57,3 +57,10 @@ void ReplayClock::resume()
     anchor();
     m_isPaused = false;
 }
+
+void ReplayClock::seek(qint64 timeMs)
+{
+    m_startMs = timeMs;
+    m_playedMs = 0;
+    m_anchorMs = m_base();
+}

@@ -8,7 +8,7 @@
 
 /// A clock that begins at any moment and runs faster or slower than real time, or not at all.
 ///
-/// It never goes back while its base doesn't. Not thread-safe.
+/// It never goes back while its base doesn't, but by seek(). Not thread-safe.
 class KORVANE_HOST_EXPORT ReplayClock
 {
 public:
@@ -33,6 +33,10 @@ public:
     void resume();
     bool isPaused() const { return m_isPaused; }
 
+    /// Shows \p timeMs, milliseconds since 1970-01-01 UTC, from this moment on, also a time that it has shown before;
+    /// a clock that stands still stands there then.
+    void seek(qint64 timeMs);
+
 private:
     double playedMs() const;
     void anchor();
@@ -42,6 +46,6 @@ private:
     double m_speed;
     bool m_isPaused = false;
     // The part of a millisecond counts too: it would be lost with every change of the speed.
-    double m_playedMs = 0; ///< from the start to the anchor
+    double m_playedMs = 0; ///< from the start, or where it was set to, to the anchor
     qint64 m_anchorMs = 0; ///< by the base
 };

@@ -178,9 +178,11 @@ void DataService::heedSource(ValueSource& source)
         if (m_store)
             m_store->appendCommunicationFailed(object, hasFailed, nowMs());
     }
-    m_isFailed = !m_sources.empty() && std::all_of(m_sources.begin(), m_sources.end(), [](const auto& each) {
-        return each->state() == ValueSource::State::Failed;
-    });
+    const auto canFail = [](const auto& each) { return each->canFail(); };
+    m_isFailed = std::any_of(m_sources.begin(), m_sources.end(), canFail) &&
+                 std::all_of(m_sources.begin(), m_sources.end(), [](const auto& each) {
+                     return !each->canFail() || each->state() == ValueSource::State::Failed;
+                 });
     if (!m_isFailed)
         m_isFailureTold = false;
 }

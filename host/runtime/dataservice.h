@@ -52,8 +52,8 @@ public:
     struct SourceFigures
     {
         quint64 samples = 0;
-        quint64 errors = 0;      ///< failures and whatever it had to skip
-        qint64 newestMs = 0;     ///< time of the newest sample, since 1970-01-01 UTC; 0 before the first
+        quint64 errors = 0;  ///< failures and whatever it had to skip
+        qint64 newestMs = 0; ///< time of the newest sample, since 1970-01-01 UTC; 0 before the first
         QString lastError = {};
     };
 

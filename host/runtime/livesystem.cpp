@@ -1,7 +1,9 @@
 #include "host/runtime/livesystem.h"
 
 #include "host/runtime/pointlist.h"
+#include "host/scripting/scripthandler.h"
 #include "host/shapes/svgsymbol.h"
+#include "host/sources/manualsource.h"
 #include "host/sources/recordingsource.h"
 #include "host/sources/simulationsource.h"
 #include "host/sources/streamsource.h"
@@ -22,7 +24,8 @@ std::vector<SourcePoint> sourcePoints(const RuntimeDatabase& database)
          {ScadaObjectType::Point, ScadaObjectType::RtuObject, ScadaObjectType::ChannelObject}) {
         for (const ObjectKey key : database.objects(family)) {
             const RuntimeDatabase::Object* object = database.object(key);
-            points.push_back({key, object->name, object->address});
+            if (object->control.kind != ControlSetting::Kind::Manual)
+                points.push_back({key, object->name, object->address});
         }
     }
     return points;
@@ -45,9 +48,11 @@ tl::expected<std::unique_ptr<LiveSystem>, QString> LiveSystem::open(const Option
     if (const auto opened = system->openSource(address.isEmpty() ? QStringLiteral("simulation") : address, isOwn);
         !opened)
         return tl::make_unexpected(opened.error());
+    system->addManualSource();
     if (options.isStored && !system->m_replay)
         system->openStore();
     system->startAlarms();
+    system->startControl(options.isStored && !system->m_replay);
     if (!system->m_core.scadaCoreInterface()->open())
         return tl::make_unexpected(QStringLiteral("the service hub lacks a service")); // a defect of this class
     return system;
@@ -63,6 +68,7 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
       m_voice(nullptr),
       m_managers(m_core.scadaCoreInterface()),
       m_pages(m_project, *m_core.scadaCoreInterface()),
+      m_control(m_project, {m_database, m_dataService, m_alarms, m_pages, *m_core.scadaCoreInterface()}),
       m_scripts(*m_core.scadaCoreInterface())
 {
     KorvaneScadaCoreInterface& hub = *m_core.scadaCoreInterface();
@@ -72,6 +78,7 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
     hub.setTTSInterface(&m_voice);
     hub.setCanvasActionManagerFactory(&m_managers);
     m_core.setCanvasManager(&m_pages);
+    m_core.setDatabaseManager(&m_control.users());
     m_managers.setPresentRecords([this](const auto& objects) { return m_dataService.presentRecords(objects); });
     m_database.setClock([this] { return nowMs(); });
     if (!m_project.timeZone.isEmpty())
@@ -236,6 +243,17 @@ tl::expected<void, QString> LiveSystem::openSource(const QString& text, bool isO
     return {};
 }
 
+void LiveSystem::addManualSource()
+{
+    std::vector<ObjectKey> points;
+    for (const ObjectKey point : m_database.objects(Korvane::ScadaObjectType::Point)) {
+        if (m_database.object(point)->control.kind == ControlSetting::Kind::Manual)
+            points.push_back(point);
+    }
+    if (!points.empty())
+        m_dataService.addSource(std::make_unique<ManualSource>(points, [this] { return nowMs(); }));
+}
+
 // Without the file the system runs as well: what it would keep is lost at its end.
 void LiveSystem::openStore()
 {
@@ -281,6 +299,66 @@ void LiveSystem::startAlarms()
     if (const auto started = m_alarms.start(m_store.fileName()); !started)
         addProblem(started.error() + QStringLiteral("; the alarm log is not kept beyond the end of this program"));
     showAlarmFigures();
+}
+
+void LiveSystem::startControl(bool isKept)
+{
+    connect(&m_control, &ControlSystem::problemFound, this, &LiveSystem::addProblem);
+    m_control.start(isKept);
+    heedSessions();
+    RuntimeManager& manager = m_control.manager();
+    const auto& sources = m_dataService.sources();
+    manager.setSimulated(std::any_of(sources.begin(), sources.end(), [](const auto& source) {
+        return qobject_cast<const SimulationSource*>(source.get()) != nullptr;
+    }));
+    if (!m_replay)
+        return;
+    manager.setReplay({[this] { return speed(); },
+                       [this](double speed) {
+                           if (speed == 0) {
+                               m_replay->pause();
+                               return true;
+                           }
+                           m_replay->setSpeed(speed);
+                           m_replay->resume();
+                           return true;
+                       },
+                       [this](qint64 timeMs) { return seekReplay(timeMs); }});
+}
+
+// What was before is not what will have been: values, statistics and what pages show begin anew.
+bool LiveSystem::seekReplay(qint64 timeMs)
+{
+    for (const auto& source : m_dataService.sources()) {
+        auto* recording = qobject_cast<RecordingSource*>(source.get());
+        if (!recording || !recording->seek(timeMs))
+            continue;
+        m_database.forgetValues();
+        m_replay->seek(timeMs);
+        m_alarms.addEvent(
+            tr("Replay went to %1").arg(QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC).toString(Qt::ISODate)));
+        return true;
+    }
+    return false;
+}
+
+void LiveSystem::heedSessions()
+{
+    const auto tell = [this](ScriptHandler handler) {
+        for (const auto& scripts : m_pageScripts)
+            scripts->noteSession(handler);
+    };
+    connect(&m_control.users(), &DatabaseManager::loggedOn, this, [this, tell](const QString& user) {
+        m_properties.setValue(QStringLiteral("User"), user);
+        m_alarms.addEvent(tr("%1 logged on").arg(user), user);
+        tell(ScriptHandler::Logon);
+    });
+    connect(&m_control.users(), &DatabaseManager::loggedOff, this, [this, tell](const QString& user) {
+        m_properties.setValue(QStringLiteral("User"), QString());
+        m_alarms.addEvent(tr("%1 logged off").arg(user), user);
+        tell(ScriptHandler::Logout);
+    });
+    m_properties.setValue(QStringLiteral("User"), m_control.manager().currentUser());
 }
 
 QString LiveSystem::sourceDescription() const

@@ -3,6 +3,7 @@
 #include "host/actions/canvasactionmanagerfactory.h"
 #include "host/alarms/alarmsystem.h"
 #include "host/canvas/canvasmanager.h"
+#include "host/control/controlsystem.h"
 #include "host/core/korvanecore.h"
 #include "host/core/project.h"
 #include "host/core/propertymanager.h"
@@ -65,6 +66,7 @@ public:
     RuntimeDatabase& database() { return m_database; }
     DataService& dataService() { return m_dataService; }
     AlarmSystem& alarms() { return m_alarms; }
+    ControlSystem& control() { return m_control; }
     CanvasManager& pages() { return m_pages; }
     PropertyManager& properties() { return m_properties; }
     KorvaneCore& core() { return m_core; }
@@ -78,7 +80,7 @@ public:
     bool hasUntrustedScripts() const;
     QString sourceDescription() const;
     /// How much faster than the machine's clock the system's runs.
-    double speed() const { return m_replay ? m_replay->speed() : 1; }
+    double speed() const { return m_replay && !m_replay->isPaused() ? m_replay->speed() : m_replay ? 0 : 1; }
     /// The system's time, milliseconds since 1970-01-01 UTC.
     qint64 nowMs() const;
 
@@ -97,11 +99,16 @@ private:
 
     tl::expected<void, QString> loadPoints();
     tl::expected<void, QString> openSource(const QString& address, bool isOwn);
+    void addManualSource();
     void openStore();
     void startAlarms();
+    bool seekReplay(qint64 timeMs);
     void showAlarmFigures();
     void heedPages();
     void heedScripts();
+    void startControl(bool isKept);
+    void heedSessions();
+    KorvaneScadaCoreInterface& hub() { return *m_core.scadaCoreInterface(); }
 
     Project m_project;
     std::function<qint64()> m_machineClock;
@@ -117,6 +124,7 @@ private:
     KorvaneTTSInterface m_voice;
     CanvasActionManagerFactory m_managers;
     CanvasManager m_pages;
+    ControlSystem m_control;
     ScriptEngine m_scripts;
     std::vector<std::unique_ptr<PageScripts>> m_pageScripts; ///< of the open pages
     QTimer m_blink;

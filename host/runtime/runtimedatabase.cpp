@@ -643,6 +643,22 @@ bool RuntimeDatabase::restore(ObjectKey key, const QByteArray& state)
     return true;
 }
 
+void RuntimeDatabase::forgetValues()
+{
+    for (Family* one : {&m_points, &m_rtus, &m_channels}) {
+        for (Present& present : one->present) {
+            present.timeMs = neverSampled;
+            present.quality = ValueMark::Invalid | (present.quality & ValueMark::CommunicationFailed);
+            present.limitMarks = 0;
+            present.hasValue = false;
+            present.isReportDue = present.isWatched;
+            present.changedMs = never;
+            present.statisticsSinceMs = never;
+            present.statistics.reset();
+        }
+    }
+}
+
 void RuntimeDatabase::interrupt(ObjectKey key, qint64 timeMs)
 {
     Present* present = findPresent(key);

@@ -209,6 +209,9 @@ public:
     /// \returns false when there is no such object or the bytes are not of that layout; nothing changes then.
     bool restore(ObjectKey key, const QByteArray& state);
 
+    /// Forgets every value and all statistics, as before the first sample: for a clock that goes back.
+    void forgetValues();
+
     /// The object's value stops counting at \p timeMs until it has a new sample, and is marked as Stale: for a value
     /// that was restored, with the time up to which it is known to have held.
     void interrupt(ObjectKey key, qint64 timeMs);

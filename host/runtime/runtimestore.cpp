@@ -122,7 +122,7 @@ void RuntimeStore::close()
 {
     if (m_connection.isEmpty())
         return;
-    closeSqlite(m_connection);
+    closeDatabase(m_connection);
     m_connection.clear();
     m_fileName.clear();
     m_isLoaded = false;

@@ -44,7 +44,7 @@ inline QString newConnectionName(const char* owner)
     return QStringLiteral("%1-%2").arg(QLatin1String(owner)).arg(++made);
 }
 
-/// Opens an SQLite file, or makes a new one, under a connection of that name; to be ended by closeSqlite(), opened or not.
+/// Opens an SQLite file, or makes a new one, under a connection of that name; to be ended by closeDatabase(), opened or not.
 inline tl::expected<QSqlDatabase, QString> openSqlite(const QString& connection, const QString& fileName)
 {
     QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
@@ -57,7 +57,8 @@ inline tl::expected<QSqlDatabase, QString> openSqlite(const QString& connection,
     return database;
 }
 
-inline void closeSqlite(const QString& connection)
+/// Ends a connection of that name, whatever database it is to.
+inline void closeDatabase(const QString& connection)
 {
     QSqlDatabase::database(connection, false).close();
     QSqlDatabase::removeDatabase(connection);

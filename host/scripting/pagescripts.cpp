@@ -179,6 +179,12 @@ void PageScripts::noteZoom(double zoom)
         call(nullptr, ScriptHandler::ZoomLevelChanged, {zoom});
 }
 
+void PageScripts::noteSession(ScriptHandler handler)
+{
+    if (m_isLoaded)
+        call(nullptr, handler);
+}
+
 void PageScripts::noteValues()
 {
     if (!m_isLoaded)

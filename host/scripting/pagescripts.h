@@ -51,6 +51,8 @@ public:
     void click(Shape* shape, const ScriptEvent& event);
     /// The page is shown at another zoom.
     void noteZoom(double zoom);
+    /// Somebody logged on or off: \p handler is Logon or Logout.
+    void noteSession(ScriptHandler handler);
     /// Values may be others than before.
     void noteValues();
 

@@ -7,6 +7,12 @@
 #include <algorithm>
 #include <utility>
 
+namespace {
+
+constexpr qint64 latestTimeMs = 253402300799999; // the end of 9999
+
+} // namespace
+
 /// What one call may still read.
 struct RecordingSource::Budget
 {
@@ -60,7 +66,6 @@ void RecordingSource::start(qint64 nowMs)
     if (m_isStarted)
         restart();
     m_isStarted = true;
-    m_shiftMs = 0;
     if (m_options.times == SourceAddress::Times::Arrival) {
         m_nextDueMs = nowMs;
         if (m_hasRow)
@@ -79,9 +84,42 @@ void RecordingSource::restart()
     m_rowsOfPass = 0;
     m_isAtEnd = false;
     m_hasRow = false;
+    m_shiftMs = 0;
     m_nextDueMs.reset();
+    m_soughtMs.reset();
     if (m_table)
         m_table->rewind();
+}
+
+bool RecordingSource::seek(qint64 timeMs)
+{
+    if (!m_isStarted || m_options.times == SourceAddress::Times::Arrival || timeMs > latestTimeMs)
+        return false;
+    if (!isAhead(timeMs)) {
+        restart();
+        if (state() == State::Ended)
+            setState(State::Running);
+    }
+    m_soughtMs = timeMs;
+    return true;
+}
+
+/// Whether the first row at or after that time comes behind the row read last.
+bool RecordingSource::isAhead(qint64 timeMs) const
+{
+    return m_rowsOfPass > 0 && timeMs > m_lastTimeMs + m_shiftMs;
+}
+
+tl::expected<void, QString> RecordingSource::reconnect(qint64)
+{
+    if (!m_isStarted)
+        return tl::make_unexpected(QStringLiteral("%1 was not started").arg(description()));
+    m_file.close();
+    m_isAtEnd = false;
+    const auto ready = makeReadable();
+    setState(ready ? State::Running : State::Failed, ready ? QString() : ready.error());
+    tellProblems();
+    return ready;
 }
 
 void RecordingSource::advance(qint64 nowMs)
@@ -161,7 +199,13 @@ tl::expected<void, QString> RecordingSource::collectDue(qint64 nowMs)
             if (!*found)
                 return {};
         }
-        if (m_lastTimeMs + m_shiftMs > nowMs)
+        const qint64 dueMs = m_lastTimeMs + m_shiftMs;
+        if (m_soughtMs && dueMs < *m_soughtMs) {
+            m_hasRow = false;
+            continue;
+        }
+        m_soughtMs.reset();
+        if (dueMs > nowMs)
             return {};
         for (Sample& sample : m_row) {
             sample.timeMs += m_shiftMs;
@@ -246,10 +290,20 @@ tl::expected<bool, QString> RecordingSource::beginAgain()
         return false;
     }
     m_nextDueMs = m_lastTimeMs + m_shiftMs + m_stepMs;
+    skipPasses();
     m_lastLine = 0;
     m_rowsOfPass = 0;
     m_table->rewind();
     return open().map([] { return true; });
+}
+
+/// Whole passes before the time that is sought need not be read.
+void RecordingSource::skipPasses()
+{
+    // Another file may have come in the place of the one whose first row is known.
+    const qint64 passMs = std::max(m_lastTimeMs + m_stepMs - *m_firstTimeMs, m_stepMs);
+    if (m_soughtMs && *m_soughtMs > *m_nextDueMs)
+        *m_nextDueMs += (*m_soughtMs - *m_nextDueMs) / passMs * passMs;
 }
 
 void RecordingSource::tellProblems()

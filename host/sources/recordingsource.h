@@ -26,7 +26,7 @@ class ProblemTexts;
 ///
 /// A malformed row is left out, told by problemFound() with file, line and column, and counted, on the first pass; after
 /// twenty texts the others are only counted. A file that cannot be read, or is gone, makes the source fail; it goes on
-/// behind the last line it read as soon as a call of advance() can read the file again.
+/// behind the last line it read as soon as a call of advance() can read the file again. A recording takes no commands.
 class KORVANE_HOST_EXPORT RecordingSource : public ValueSource
 {
     Q_OBJECT
@@ -47,6 +47,16 @@ public:
     std::vector<ObjectKey> objects() const override;
     void start(qint64 nowMs) override;
     void advance(qint64 nowMs) override;
+    /// Opens the file anew and goes on behind the last line read, of which there may be more by now.
+    /// \returns why it can't be opened; the source has failed then, unless it was not started.
+    tl::expected<void, QString> reconnect(qint64 nowMs) override;
+
+    /// Goes on with the first row at or after \p timeMs, a time of the recording: of a looped one's later passes too,
+    /// counted on from the first pass. The rows before it are read and left out by the next calls of advance(), the file
+    /// from its beginning when it lies behind; where there is none, the recording ends. The system's clock is the
+    /// caller's to set (ReplayClock::seek()).
+    /// \returns false, and does nothing, for a recording by arrival, before start() and for a time after the year 9999.
+    bool seek(qint64 timeMs);
 
     /// Time of the first row, milliseconds since 1970-01-01 UTC; nothing when there is none or the file cannot be read.
     std::optional<qint64> firstTimeMs() const { return m_firstTimeMs; }
@@ -66,6 +76,8 @@ private:
     tl::expected<Step, QString> readRecord(Budget& budget);
     tl::expected<bool, QString> beginAgain();
     void takeRow(qint64 timeMs);
+    void skipPasses();
+    bool isAhead(qint64 timeMs) const;
     tl::expected<void, QString> collectDue(qint64 nowMs);
     void tellProblems();
 
@@ -88,6 +100,7 @@ private:
     qint64 m_rowsOfPass = 0;
     qint64 m_shiftMs = 0;              ///< from a row's time to when it is due
     std::optional<qint64> m_nextDueMs; ///< when the next row is due, whatever its time
+    std::optional<qint64> m_soughtMs;  ///< rows due before are left out
     bool m_hasRow = false;             ///< whether m_row waits to become due
     std::vector<Sample> m_row;
     std::vector<Sample> m_batch;

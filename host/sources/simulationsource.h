@@ -10,7 +10,9 @@
 /// Delivers what the instruments of a simulated water loop show, twice a second of the system's clock.
 ///
 /// A signal feeds every point that has its name as its own or as its address; other points are not driven. The same seed
-/// gives the same samples, counted from the start, however the ticks fall.
+/// gives the same samples, counted from the start, however the ticks fall. Commands to points of the signals that
+/// WaterLoopModel takes commands to are answered at once and obeyed from the last tick's time on; a new start forgets
+/// them.
 class KORVANE_HOST_EXPORT SimulationSource : public ValueSource
 {
     Q_OBJECT
@@ -30,6 +32,10 @@ public:
     void start(qint64 nowMs) override;
     void advance(qint64 nowMs) override;
 
+    bool takesCommands(ObjectKey object) const override;
+    /// The value comes with the next advance(), with its time unless a sample is due then anyway.
+    bool readAgain(ObjectKey object) override;
+
 private:
     struct Target
     {
@@ -37,9 +43,16 @@ private:
         ObjectKey object;
     };
 
+    void write(const Command& command) override;
+    tl::expected<void, QString> order(const Command& command);
+    void collect(std::size_t target, qint64 timeMs);
+    void passTime(qint64 untilMs);
+
     quint32 m_seed;
     WaterLoopModel m_model;
+    qint64 m_modelMs = 0;          ///< the model's time
     std::vector<Target> m_targets; ///< in the order of signals
+    std::vector<bool> m_isAsked;   ///< by target: whether its value is to be read again
     qint64 m_nextMs = 0;           ///< when the next samples are due
     std::vector<Sample> m_batch;
 };

@@ -49,6 +49,8 @@ public:
     /// Delivers the samples due by \p nowMs, milliseconds since 1970-01-01 UTC of the system's clock.
     virtual void advance(qint64 nowMs) = 0;
 
+    /// Whether there is anything that it could lose: pages are told that data has failed once all such sources have.
+    virtual bool canFail() const { return true; }
     /// Whether commands to \p object can go through this source.
     virtual bool takesCommands(ObjectKey object) const;
     /// Asks for the value of \p object anew; it comes as a sample.
@@ -79,7 +81,7 @@ protected:
 private:
     /// The one way by which a value leaves for the process: whoever else wants to write makes a control request, where
     /// rights, interlocks and confirmation stand.
-    friend class ControlPath;
+    friend class CommandGate;
     /// Sends \p command; the answer is commandAnswered(). A source that takes no commands refuses it.
     virtual void write(const Command& command);
 

@@ -121,16 +121,77 @@ void WaterLoopModel::followScript()
         m_event = Event::None;
         m_stepsToNext = int((540 + 120 * uniform()) * stepsPerSecond);
     }
-    m_isPumpOn = m_event != Event::PumpStopped;
-    m_isBreakerClosed = m_event != Event::BreakerTripped;
-    m_inletTarget = m_event == Event::InletThrottled ? 0.16 + 0.1 * uniform() : 1;
-    m_outletTarget = m_event == Event::PumpStopped ? 0 : 1;
+    takeHold();
+}
+
+/// Makes the orders those of the operators, but for the device that the event is about.
+void WaterLoopModel::takeHold()
+{
+    m_orders = m_wanted;
+    if (m_event == Event::InletThrottled)
+        m_orders.inlet = std::min(m_wanted.inlet, 0.16 + 0.1 * uniform());
+    if (m_event == Event::BreakerTripped)
+        m_orders.isBreakerClosed = false;
+    // The outlet closes with the pump; where that stands already, there is nothing to stop.
+    if (m_event == Event::PumpStopped && m_wanted.isPumpOn) {
+        m_orders.isPumpOn = false;
+        m_orders.outlet = 0;
+    }
+}
+
+bool WaterLoopModel::takesCommands(Signal signal)
+{
+    return signal >= IsRunning && signal < SignalCount;
+}
+
+tl::expected<void, QString> WaterLoopModel::command(Signal signal, double value)
+{
+    if (!takesCommands(signal)) {
+        const char* name = signal < SignalCount ? signalNames[signal] : "that signal";
+        return tl::make_unexpected(QStringLiteral("%1 takes no commands").arg(QLatin1String(name)));
+    }
+    const QLatin1String name(signalNames[signal]);
+    const bool isPosition = signal == InletPosition || signal == OutletPosition;
+    // Comparing with NaN is false.
+    if (isPosition && !(value >= 0 && value <= 100))
+        return tl::make_unexpected(QStringLiteral("%1 cannot be set to %2: only to 0 to 100 %").arg(name).arg(value));
+    if (!isPosition && value != 0 && value != 1)
+        return tl::make_unexpected(QStringLiteral("%1 cannot be set to %2: only to 0 or 1").arg(name).arg(value));
+    place(m_wanted, signal, value);
+    place(m_orders, signal, value);
+    return {};
+}
+
+void WaterLoopModel::place(Orders& orders, Signal signal, double value)
+{
+    switch (signal) {
+    case IsRunning:
+        orders.isPumpOn = value != 0;
+        break;
+    case BreakerIsClosed:
+        orders.isBreakerClosed = value != 0;
+        break;
+    case InletIsOpen:
+        orders.inlet = value;
+        break;
+    case OutletIsOpen:
+        orders.outlet = value;
+        break;
+    case InletPosition:
+        orders.inlet = value / 100;
+        break;
+    case OutletPosition:
+        orders.outlet = value / 100;
+        break;
+    default:
+        break;
+    }
 }
 
 void WaterLoopModel::moveValves()
 {
-    m_inlet = moved(m_inlet, m_inletTarget, stepSeconds / valveSeconds);
-    m_outlet = moved(m_outlet, m_outletTarget, stepSeconds / valveSeconds);
+    m_inlet = moved(m_inlet, m_orders.inlet, stepSeconds / valveSeconds);
+    m_outlet = moved(m_outlet, m_orders.outlet, stepSeconds / valveSeconds);
 }
 
 /// Every litre that leaves one place comes to another, or is counted.
@@ -160,7 +221,7 @@ void WaterLoopModel::moveWater()
 
 void WaterLoopModel::movePump()
 {
-    const bool isDriven = m_isPumpOn && m_isBreakerClosed;
+    const bool isDriven = m_orders.isPumpOn && m_orders.isBreakerClosed;
     m_speed =
         isDriven ? moved(m_speed, 1, stepSeconds / runUpSeconds) : moved(m_speed, 0, stepSeconds / runDownSeconds);
 }
@@ -183,7 +244,7 @@ void WaterLoopModel::measure()
 {
     const double turning = square(m_speed);
     const double cavity = cavitation() * turning;
-    const bool isDriven = m_isPumpOn && m_isBreakerClosed;
+    const bool isDriven = m_orders.isPumpOn && m_orders.isBreakerClosed;
     const double behindPump =
         (pipeLoss + outletLoss / square(std::max(m_outlet, leastOpening))) * square(m_flow / nominalFlow);
     const double closedOutlet = shutOffPressure * turning; // against a closed valve the pump gives all it can
@@ -194,7 +255,7 @@ void WaterLoopModel::measure()
     const double startCurrent = isDriven ? 2.5 * (1 - m_speed) : 0;
     const double load = 1.1 + 1.1 * m_flow / nominalFlow;
     m_values[Current] = isDriven ? std::max(0.0, load * m_speed + startCurrent + (0.06 + 0.1 * cavity) * noise()) : 0.0;
-    m_values[Voltage] = m_isBreakerClosed ? 230 + m_voltageDrift + 2.5 * noise() : 0.0;
+    m_values[Voltage] = m_orders.isBreakerClosed ? 230 + m_voltageDrift + 2.5 * noise() : 0.0;
     m_values[Vibration1] =
         std::max(0.0, 0.025 + 0.175 * turning + 0.12 * cavity + (0.0005 + 0.004 * turning) * noise());
     m_values[Vibration2] =
@@ -207,5 +268,5 @@ void WaterLoopModel::measure()
     m_values[OutletIsOpen] = bit(m_outlet > 0.5);
     m_values[InletPosition] = 100 * m_inlet;
     m_values[OutletPosition] = 100 * m_outlet;
-    m_values[BreakerIsClosed] = bit(m_isBreakerClosed);
+    m_values[BreakerIsClosed] = bit(m_orders.isBreakerClosed);
 }

@@ -2,7 +2,10 @@
 
 #include "host/hostexport.h"
 
+#include <QString>
 #include <QtGlobal>
+
+#include <tl/expected.hpp>
 
 #include <array>
 #include <chrono>
@@ -16,6 +19,11 @@
 /// the seed chooses: the inlet valve is throttled for two minutes, so that the flow falls and the pump cavitates; the
 /// pump is stopped and started again; its breaker trips; or water is added, which a drain then takes away. Quantities
 /// follow lumped balances with constants of a laboratory bed; what a seed gives is the same on every run, bit for bit.
+///
+/// Commands are followed at once, also against what is happening, and stay when that is over: a pump that was ordered to
+/// stop is not started by the end of an event. What happens takes hold of a device again only when it begins. A pump
+/// that is ordered to run turns while the breaker is closed. Between the same commands at the same steps, a seed gives
+/// the same too.
 class KORVANE_HOST_EXPORT WaterLoopModel
 {
 public:
@@ -51,6 +59,13 @@ public:
     /// Lets one step pass.
     void step();
 
+    /// Whether a command can change what \p signal shows: running, closed and open, and the valves' positions.
+    static bool takesCommands(Signal signal);
+    /// Orders a pump to run (1) or stop (0), the breaker and valves to close or open (0 or 1 as the signal shows it), or
+    /// a valve to a position from 0 to 100 %. The next steps follow.
+    /// \returns why the order is refused, and then nothing changed: another signal or another value.
+    [[nodiscard]] tl::expected<void, QString> command(Signal signal, double value);
+
     /// As an instrument shows it after the last step, with the noise that it has.
     double value(Signal signal) const { return m_values[signal]; }
     /// What is happening.
@@ -64,10 +79,21 @@ public:
     double drainedVolume() const { return m_drainedVolume; }
 
 private:
+    /// What devices are told.
+    struct Orders
+    {
+        bool isPumpOn = true;
+        bool isBreakerClosed = true;
+        double inlet = 1; ///< of fully open
+        double outlet = 1;
+    };
+
+    static void place(Orders& orders, Signal signal, double value);
     double uniform();
     double noise();
 
     void followScript();
+    void takeHold();
     void moveValves();
     void moveWater();
     void movePump();
@@ -79,11 +105,9 @@ private:
     std::array<double, SignalCount> m_values = {};
 
     Event m_event = Event::None;
-    int m_stepsToNext;      ///< until the event ends, or the next one begins
-    bool m_isPumpOn = true; ///< what the pump is told
-    bool m_isBreakerClosed = true;
-    double m_inletTarget = 1; ///< what the valve is told, of fully open
-    double m_outletTarget = 1;
+    int m_stepsToNext; ///< until the event ends, or the next one begins
+    Orders m_wanted;   ///< by the operators
+    Orders m_orders;   ///< in force: what is wanted, with what the event makes of it
 
     double m_inlet = 1; ///< open, of fully
     double m_outlet = 1;

@@ -1,0 +1,3 @@
+#include "host/control/controlconfirmer.h"
+
+ControlConfirmer::~ControlConfirmer() = default;
