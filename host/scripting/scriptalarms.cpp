@@ -1,6 +1,8 @@
+#include "host/accounts/databasemanager.h"
 #include "host/scripting/pythonvalues_p.h"
 #include "host/scripting/scriptmodule_p.h"
 #include "host/scripting/scriptsession_p.h"
+#include "platform/core/korvanecoreinterface.h"
 #include "platform/data/scadaalarm.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 #include "scada/hub/korvanescadaruntimmanagerinterface.h"
@@ -33,6 +35,15 @@ QString currentUser()
 {
     KorvaneScadaRuntimManagerInterface* runtime = session().hub().runtimeManager();
     return runtime ? runtime->currentUser() : QString();
+}
+
+/// What operators do about alarms needs their rights, by whatever way they do it.
+void needRight(quint64 id)
+{
+    KorvaneCoreInterface* core = session().hub().core();
+    const auto* users = core ? dynamic_cast<const DatabaseManager*>(core->databaseManager()) : nullptr;
+    if (users && !users->may(AccountRole::Operator, manager().alarm(id).area))
+        raise(PyExc_PermissionError, QStringLiteral("who is logged on may not do that"));
 }
 
 py::list active()
@@ -70,21 +81,26 @@ void ScriptModule::defineAlarms(py::module_ alarms)
         .def_property_readonly("raised", &memberOf<&ScadaAlarm::raised>, "When it was raised, in UTC.");
     alarms.def("active", &active, "active()\n\nEvery alarm that has not returned to normal, newest first.");
     alarms.def(
-        "acknowledge", [](quint64 id) { return manager().acknowledge(id, currentUser()); }, py::arg("id"),
+        "acknowledge",
+        [](quint64 id) {
+            needRight(id);
+            return manager().acknowledge(id, currentUser());
+        },
+        py::arg("id"),
         "acknowledge(id)\n\nAcknowledges an occurrence for the operator who is logged in; False when there was nothing "
-        "to "
-        "acknowledge.");
+        "to acknowledge. Raises PermissionError when he may not.");
     alarms.def(
         "shelve",
         [](quint64 id, double minutes, const py::str& reason) {
             if (!(minutes > 0 && minutes <= longestShelf))
                 raise(PyExc_ValueError, QStringLiteral("minutes must be above 0, at most %1").arg(longestShelf));
+            needRight(id);
             const QDateTime until = session().hub().currentTime().addMSecs(static_cast<qint64>(minutes * 60000));
             return manager().shelve(id, until, currentUser(), text(reason.ptr()));
         },
         py::arg("id"), py::arg("minutes"), py::arg("reason"),
         "shelve(id, minutes, reason)\n\nPuts an occurrence away for some minutes, at most a week; False when it can't "
-        "be.");
+        "be. Raises PermissionError when the operator may not.");
     alarms.def(
         "suppress",
         [](const py::str& tag, bool suppressed, const py::str& reason) {

@@ -258,6 +258,7 @@ py::module_ ScriptModule::create()
     definePages(
         part("pages", "The pages of the project. What is opened, closed or zoomed happens once the script has ended."));
     defineAlarms(part("alarms", "The alarms of the system."));
+    defineControl(part("control", "Commands to the process, on behalf of the operator who is logged on."));
     defineSound(part("sound", "Sounds of the project's own."));
     defineSpeech(part("speech", "The voice that speaks messages."));
     defineLog(part("log", "The log that the program keeps."));

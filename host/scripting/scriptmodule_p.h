@@ -13,7 +13,7 @@ class ScriptSession;
 namespace ScriptModule {
 
 /// The module's parts, which are names of every script's namespace too.
-constexpr const char* parts[] = {"tags", "pages", "alarms", "sound", "speech", "log"};
+constexpr const char* parts[] = {"tags", "pages", "alarms", "control", "sound", "speech", "log"};
 
 /// Makes the module and makes it known to "import".
 py::module_ create();
@@ -27,6 +27,7 @@ void defineObjects(py::module_& module);
 void defineTags(py::module_ tags);
 void definePages(py::module_ pages);
 void defineAlarms(py::module_ alarms);
+void defineControl(py::module_ control);
 void defineSound(py::module_ sound);
 void defineSpeech(py::module_ speech);
 void defineLog(py::module_ log);
