@@ -54,6 +54,10 @@ AlarmStation::AlarmStation(LiveSystem& system, QMainWindow& window, bool isSilen
     connect(m_banner, &AlarmBanner::listRequested, this, &AlarmStation::showList);
     connect(&m_annunciator, &AlarmAnnunciator::noticeChanged, m_banner, &AlarmBanner::setNotice);
     connect(&m_annunciator, &AlarmAnnunciator::problemFound, &system, &LiveSystem::addProblem);
+    RuntimeManager& manager = system.control().manager();
+    connect(&manager, &RuntimeManager::silenced, &m_annunciator, &AlarmAnnunciator::silence);
+    for (const auto changed : {&DatabaseManager::loggedOn, &DatabaseManager::loggedOff})
+        connect(&system.control().users(), changed, this, &AlarmStation::heedSession);
     if (isSilent) {
         m_annunciator.setMuted(true);
         m_annunciator.setSpeechOn(false);
@@ -64,6 +68,16 @@ AlarmStation::AlarmStation(LiveSystem& system, QMainWindow& window, bool isSilen
 }
 
 AlarmStation::~AlarmStation() = default;
+
+void AlarmStation::silence()
+{
+    m_system.control().manager().silence();
+}
+
+void AlarmStation::heedSession()
+{
+    m_list->setUserAreas(m_system.control().manager().areas());
+}
 
 // A project whose alarms are not spoken needs no voice.
 void AlarmStation::prepareVoice()

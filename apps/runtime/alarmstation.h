@@ -34,7 +34,7 @@ public:
     /// \param page whose alarms can be acknowledged at once; null for none
     void setPage(const Page* page);
     /// Silences what is heard until the next alarm.
-    void silence() { m_annunciator.silence(); }
+    void silence();
 
 Q_SIGNALS:
     /// The user wants to see an object.
@@ -42,6 +42,7 @@ Q_SIGNALS:
 
 private:
     void prepareVoice();
+    void heedSession();
     void showList();
     void loadFilter();
     void keepFilter(const QString& text) const;

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QTextStream>
+#include <QTimer>
 #include <QTranslator>
 
 namespace {
@@ -59,6 +60,12 @@ int runHeadless(LiveSystem& system, const RuntimeOptions& options, const QString
 int runWindow(LiveSystem& system, const RuntimeOptions& options, const QString& pageName)
 {
     RuntimeWindow window(system, options);
+    if (system.project().isSecured) {
+        window.show();
+        system.start();
+        QTimer::singleShot(0, &window, [&window, pageName] { window.beginSession(pageName); });
+        return QApplication::exec();
+    }
     const auto page = system.openPage(pageName);
     if (!page)
         return failed; // told already

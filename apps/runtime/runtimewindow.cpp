@@ -42,6 +42,8 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
       m_system(system),
       m_options(options),
       m_alarms(system, *this, options.isSilent),
+      m_operating(system, *this),
+      m_hint(new QLabel(this)),
       m_explanation(new ExplanationDock(system.database(), this)),
       m_tags(new TagDock(system.database(), this)),
       m_scripts(new ScriptDock(system.scripts(), this)),
@@ -60,7 +62,11 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(m_trust);
+    column->addWidget(m_operating.banner());
     column->addWidget(&m_tabs);
+    column->addWidget(m_hint, 1);
+    m_hint->setAlignment(Qt::AlignCenter);
+    m_hint->hide();
     column->addWidget(m_alarms.banner());
     setCentralWidget(content);
     addDockWidget(Qt::RightDockWidgetArea, m_explanation);
@@ -78,6 +84,8 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     connect(&m_tabs, &QTabWidget::tabCloseRequested, this, &RuntimeWindow::closeTab);
     connect(&system, &LiveSystem::problemFound, this, &RuntimeWindow::addProblem);
     connect(&m_alarms, &AlarmStation::pageRequested, this, &RuntimeWindow::showObject);
+    connect(&m_operating, &OperatorStation::pageRequested, this, &RuntimeWindow::showObject);
+    connect(&m_operating, &OperatorStation::sessionChanged, this, &RuntimeWindow::heedSession);
     connect(&system.dataService(), &DataService::batchSent, this, [this] {
         const Page* page = currentPage();
         m_hasNewValues |= page && page->canvas->hasChanged() && m_system.dataService().figures().newestSampleMs > 0;
@@ -145,8 +153,10 @@ void RuntimeWindow::buildMenus()
     view->addActions({explanation, tags, scripts});
     QMenu* alarms = menuBar()->addMenu(tr("&Alarms"));
     m_alarms.fillMenu(*alarms);
+    QMenu* operating = menuBar()->addMenu(tr("&Operate"));
+    m_operating.fillMenu(*operating);
     // Keys work while the menu bar is hidden.
-    for (const QMenu* menu : {pages, view, alarms})
+    for (const QMenu* menu : {pages, view, alarms, operating})
         addActions(menu->actions());
 }
 
@@ -175,6 +185,7 @@ void RuntimeWindow::buildStatusBar()
     m_problems->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_problems->setTextFormat(Qt::PlainText); // scripts and pages put their own texts into it
     statusBar()->addWidget(m_problems, 1);
+    statusBar()->addPermanentWidget(m_operating.userLabel());
     statusBar()->addPermanentWidget(m_figures);
     if (!m_system.problems().isEmpty())
         addProblem(m_system.problems().constLast());
@@ -203,6 +214,7 @@ void RuntimeWindow::showPage(Page& page)
         view = new CanvasView(*page.canvas);
         m_pages.insert(view, &page);
         new PageInput(*view, *m_system.scriptsOf(page));
+        m_operating.attach(*view, page);
         connect(view, &CanvasView::clicked, this, &RuntimeWindow::explain);
         connect(view, &CanvasView::painted, this, &RuntimeWindow::notePaint);
         m_tabs.addTab(view, page.canvas->title());
@@ -230,6 +242,34 @@ void RuntimeWindow::closeTab(int place)
     heedTab();
 }
 
+void RuntimeWindow::beginSession(const QString& page)
+{
+    m_firstPage = page;
+    showHint();
+    m_operating.begin();
+}
+
+// What the one before could see goes before the next one sees anything.
+void RuntimeWindow::heedSession()
+{
+    for (int place = m_tabs.count() - 1; place >= 0; --place) {
+        const Page* page = m_pages.value(viewAt(place));
+        if (!m_system.control().mayOpen(page->access))
+            closeTab(place);
+    }
+    if (m_tabs.count() == 0 && m_system.control().users().currentAccount())
+        openPage(m_firstPage.isEmpty() ? m_system.project().startPage : m_firstPage);
+    showHint();
+}
+
+void RuntimeWindow::showHint()
+{
+    const bool isNobodyHere = m_system.project().isSecured && !m_system.control().users().currentAccount();
+    m_hint->setText(isNobodyHere ? tr("Log on to see the plant's pages (Ctrl+L).") : tr("No page is open."));
+    m_hint->setVisible(m_tabs.count() == 0);
+    m_tabs.setVisible(m_tabs.count() > 0);
+}
+
 // Only the page in front takes batches and paints.
 void RuntimeWindow::heedTab()
 {
@@ -245,6 +285,7 @@ void RuntimeWindow::heedTab()
     m_explanation->forget();
     m_tags->showPage(page);
     fillLayers();
+    showHint();
 }
 
 /// Selects the first shape that shows the object on the page in front; false when none does.

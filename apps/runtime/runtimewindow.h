@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/runtime/alarmstation.h"
+#include "apps/runtime/operatorstation.h"
 #include "apps/runtime/runtimeoptions.h"
 
 #include <QElapsedTimer>
@@ -35,6 +36,8 @@ public:
 
     /// Shows an open page in a tab of its own, in front.
     void showPage(Page& page);
+    /// Has a user log on, in a project with user security, and then opens \p page.
+    void beginSession(const QString& page);
 
 private:
     void buildMenus();
@@ -43,6 +46,8 @@ private:
     void openPage(const QString& name);
     void closeTab(int place);
     void heedTab();
+    void heedSession();
+    void showHint();
     void fillLayers();
     void explain(Shape* shape);
     void showObject(ObjectKey object);
@@ -61,7 +66,10 @@ private:
     LiveSystem& m_system;
     const RuntimeOptions& m_options;
     AlarmStation m_alarms;
+    OperatorStation m_operating;
     QTabWidget m_tabs;
+    QLabel* m_hint; ///< in place of the pages while none may be seen
+    QString m_firstPage;
     QHash<CanvasView*, Page*> m_pages;
     QMenu* m_layers = nullptr;
     ExplanationDock* m_explanation;

@@ -313,7 +313,7 @@ void LiveSystem::startControl(bool isKept)
     }));
     if (!m_replay)
         return;
-    manager.setReplay({[this] { return speed(); },
+    manager.setReplay({[this] { return m_replay->isPaused() ? 0 : m_replay->speed(); },
                        [this](double speed) {
                            if (speed == 0) {
                                m_replay->pause();

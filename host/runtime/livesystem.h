@@ -80,7 +80,7 @@ public:
     bool hasUntrustedScripts() const;
     QString sourceDescription() const;
     /// How much faster than the machine's clock the system's runs.
-    double speed() const { return m_replay && !m_replay->isPaused() ? m_replay->speed() : m_replay ? 0 : 1; }
+    double speed() const { return m_replay ? m_replay->speed() : 1; }
     /// The system's time, milliseconds since 1970-01-01 UTC.
     qint64 nowMs() const;
 
