@@ -1,16 +1,17 @@
 #include "host/runtime/pointlist.h"
 
+#include "host/runtime/alarmcolumns_p.h"
+#include "host/runtime/controlcolumns_p.h"
+#include "host/runtime/pointline_p.h"
 #include "host/sources/csvfile.h"
 #include "platform/data/tagresolution.h"
 
 #include <QHash>
-#include <QTextCodec>
 
 #include <tsl/robin_map.h>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -18,80 +19,11 @@
 
 namespace {
 
+using namespace PointColumns;
 using Korvane::ScadaObjectType;
 using Object = RuntimeDatabase::Object;
-
-enum Column : std::size_t {
-    IdColumn,
-    NameColumn,
-    KindColumn,
-    UnitColumn,
-    DescriptionColumn,
-    DisplayNameColumn,
-    StationColumn,
-    LowLowColumn,
-    LowColumn,
-    HighColumn,
-    HighHighColumn,
-    HysteresisColumn,
-    DecimalsColumn,
-    ScaleLowColumn,
-    ScaleHighColumn,
-    StatesColumn,
-    AbnormalStateColumn,
-    StaleAfterColumn,
-    AddressColumn,
-    AreaColumn,
-    LowLowSeverityColumn, // from here on in the order of ScadaAlarm::Cause
-    LowSeverityColumn,
-    HighSeverityColumn,
-    HighHighSeverityColumn,
-    StateSeverityColumn,
-    RateSeverityColumn,
-    QualitySeverityColumn,
-    CommunicationSeverityColumn,
-    RateLimitColumn,
-    OnDelayColumn,
-    OffDelayColumn,
-    LatchingColumn,
-    AlarmMessageColumn,
-};
-
-constexpr std::array<const char*, 33> columnNames = {
-    "id",
-    "name",
-    "kind",
-    "unit",
-    "description",
-    "display_name",
-    "station",
-    "low_low",
-    "low",
-    "high",
-    "high_high",
-    "hysteresis",
-    "decimals",
-    "scale_low",
-    "scale_high",
-    "states",
-    "abnormal_state",
-    "stale_after",
-    "address",
-    "area",
-    "low_low_severity",
-    "low_severity",
-    "high_severity",
-    "high_high_severity",
-    "state_severity",
-    "rate_severity",
-    "quality_severity",
-    "communication_severity",
-    "rate_limit",
-    "on_delay",
-    "off_delay",
-    "latching",
-    "alarm_message",
-};
+using Refusal = PointLine::Refusal;
+using Refused = PointLine::Refused;
 
 constexpr std::array<Column, 3> neededColumns = {IdColumn, NameColumn, KindColumn};
 
@@ -169,43 +101,6 @@ constexpr std::array<Order, 7> orders = {{
     {numberColumns[5], numberColumns[6], true},
 }};
 
-constexpr std::size_t noField = std::string_view::npos;
-
-/// Why a line is left out, and the field that shows it, if it is one.
-struct Refusal
-{
-    QString text;
-    std::size_t field = noField;
-};
-
-/// Nothing when \p text is not UTF-8.
-std::optional<QString> fromUtf8(std::string_view text)
-{
-    const bool isAscii = std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
-    if (isAscii)
-        return QString::fromLatin1(text.data(), int(text.size()));
-    static QTextCodec* const codec = QTextCodec::codecForName("UTF-8");
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    const QString read = codec->toUnicode(text.data(), int(text.size()), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
-        return std::nullopt;
-    return read;
-}
-
-QString lowerCase(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), int(text.size())).toLower();
-}
-
-/// A whole number within bounds.
-std::optional<int> wholeNumber(std::string_view text, int lowest, int highest)
-{
-    const auto number = csvNumber(text, false);
-    if (!number || *number < lowest || *number > highest || std::floor(*number) != *number)
-        return std::nullopt;
-    return int(*number);
-}
-
 /// Which bounds are out of their order; empty when none are.
 QString crossing(const Object& object)
 {
@@ -215,9 +110,9 @@ QString crossing(const Object& object)
         // Comparing with a limit that is not there is false.
         if (lower > upper || (!order.mayBeEqual && lower == upper)) {
             return QStringLiteral("%1 %2 must %3 %4 %5")
-                .arg(QLatin1String(columnNames[order.lower.column]), QString::number(lower),
+                .arg(QLatin1String(PointColumns::names[order.lower.column]), QString::number(lower),
                      order.mayBeEqual ? QStringLiteral("not be above") : QStringLiteral("be below"),
-                     QLatin1String(columnNames[order.upper.column]), QString::number(upper));
+                     QLatin1String(PointColumns::names[order.upper.column]), QString::number(upper));
         }
     }
     return {};
@@ -227,7 +122,7 @@ QString crossing(const Object& object)
 class Reader
 {
 public:
-    explicit Reader(const QString& path) : m_path(path) { m_fields.fill(noField); }
+    explicit Reader(const QString& path) : m_path(path) {}
 
     tl::expected<PointList::Result, QString> read();
 
@@ -235,26 +130,19 @@ private:
     tl::expected<void, QString> readHeader();
     void addColumn(std::size_t field, const QString& name);
     tl::expected<Object, Refusal> readObject();
-    std::optional<Refusal> readIdentity(Object& object);
-    std::optional<Refusal> readTexts(Object& object);
-    std::optional<Refusal> readNumbers(Object& object);
-    std::optional<Refusal> readStates(Object& object);
-    std::optional<Refusal> readAlarm(Object& object);
-    std::optional<Refusal> readSeverities(Object& object) const;
-    std::optional<Refusal> findTwin(const Object& object);
-    std::optional<Refusal> readDuration(Column column, std::chrono::milliseconds& duration) const;
-    std::optional<Refusal> readNumber(Column column, double& number) const;
-    std::optional<Refusal> readInteger(Column column, int highest, int& number) const;
+    Refused readIdentity(Object& object);
+    Refused readTexts(Object& object);
+    Refused readNumbers(Object& object);
+    Refused readStates(Object& object);
+    Refused readRest(Object& object);
+    Refused findTwin(const Object& object);
 
-    bool hasColumn(Column column) const { return m_fields[column] != noField; }
-    std::string_view textOf(Column column) const;
-    Refusal refusal(Column column, const QString& text) const { return {text, m_fields[column]}; }
     void addProblem(const Refusal& refused);
 
     QString m_path;
     CsvFile m_file{CsvReader::LineBreaks::AllowedInQuotes};
     QStringList m_header;
-    std::array<std::size_t, columnNames.size()> m_fields = {}; ///< by column
+    PointLine m_line{m_file.record()};
     PointList::Result m_result;
 
     struct Family
@@ -300,12 +188,12 @@ tl::expected<void, QString> Reader::readHeader()
     }
     const std::vector<std::string_view>& names = m_file.record().fields();
     for (std::size_t field = 0; field < names.size(); ++field)
-        addColumn(field, lowerCase(names[field]));
+        addColumn(field, QString::fromUtf8(names[field].data(), int(names[field].size())).toLower());
     for (const Column needed : neededColumns) {
-        if (!hasColumn(needed)) {
+        if (!m_line.hasColumn(needed)) {
             return tl::make_unexpected(
                 QStringLiteral("%1: the header names no column \"%2\"; needed are id, name and kind")
-                    .arg(csvPlace(m_path, m_file.record().line()), QLatin1String(columnNames[needed])));
+                    .arg(csvPlace(m_path, m_file.record().line()), QLatin1String(PointColumns::names[needed])));
         }
     }
     return {};
@@ -317,32 +205,25 @@ void Reader::addColumn(std::size_t field, const QString& name)
     // Spreadsheets pad lines with columns that have no name.
     if (name.isEmpty())
         return;
-    const auto known = std::find_if(columnNames.begin(), columnNames.end(),
+    const auto known = std::find_if(PointColumns::names.begin(), PointColumns::names.end(),
                                     [&name](const char* column) { return name == QLatin1String(column); });
     const QString place = csvPlace(m_path, m_file.record().line(), field, name);
-    if (known == columnNames.end()) {
+    if (known == PointColumns::names.end()) {
         m_result.problems.append(QStringLiteral("%1: a list of points has no such column, it is ignored").arg(place));
         return;
     }
-    std::size_t& kept = m_fields[std::size_t(known - columnNames.begin())];
-    if (kept == noField)
-        kept = field;
-    else
+    if (!m_line.setField(static_cast<Column>(known - PointColumns::names.begin()), field))
         m_result.problems.append(QStringLiteral("%1: the column comes twice, this one is ignored").arg(place));
-}
-
-std::string_view Reader::textOf(Column column) const
-{
-    return hasColumn(column) ? m_file.record().fields()[m_fields[column]] : std::string_view();
 }
 
 void Reader::addProblem(const Refusal& refused)
 {
     const qint64 line = m_file.record().line();
-    QString text = refused.field == noField ? csvPlace(m_path, line)
-                                            : csvPlace(m_path, line, refused.field, m_header.value(int(refused.field)));
-    if (m_fields[NameColumn] < m_file.record().fields().size() && !textOf(NameColumn).empty())
-        text += QStringLiteral(", object ") + csvQuoted(textOf(NameColumn));
+    QString text = refused.field == PointLine::noField
+                       ? csvPlace(m_path, line)
+                       : csvPlace(m_path, line, refused.field, m_header.value(int(refused.field)));
+    if (const std::string_view name = m_line.textOf(NameColumn); !name.empty())
+        text += QStringLiteral(", object ") + csvQuoted(name);
     m_result.problems.append(text + QStringLiteral(": ") + refused.text);
 }
 
@@ -354,9 +235,9 @@ tl::expected<Object, Refusal> Reader::readObject()
                                                .arg(QString::number(count), QString::number(m_header.size()))});
     }
     Object object;
-    using Step = std::optional<Refusal> (Reader::*)(Object&);
+    using Step = Refused (Reader::*)(Object&);
     for (const Step step :
-         {&Reader::readTexts, &Reader::readIdentity, &Reader::readNumbers, &Reader::readStates, &Reader::readAlarm}) {
+         {&Reader::readTexts, &Reader::readIdentity, &Reader::readNumbers, &Reader::readStates, &Reader::readRest}) {
         if (auto refused = (this->*step)(object))
             return tl::make_unexpected(std::move(*refused));
     }
@@ -365,181 +246,84 @@ tl::expected<Object, Refusal> Reader::readObject()
     return object;
 }
 
-std::optional<Refusal> Reader::readTexts(Object& object)
+Refused Reader::readTexts(Object& object)
 {
     for (const TextColumn& column : textColumns) {
-        const auto text = fromUtf8(textOf(column.column));
-        if (!text)
-            return refusal(column.column, QStringLiteral("%1 is not UTF-8").arg(csvQuoted(textOf(column.column))));
-        object.*column.text = *text;
+        if (auto refused = m_line.readText(column.column, object.*column.text))
+            return refused;
     }
     return std::nullopt;
 }
 
-std::optional<Refusal> Reader::readIdentity(Object& object)
+Refused Reader::readIdentity(Object& object)
 {
-    const QString name = lowerCase(textOf(KindColumn));
+    const QString name = m_line.lowerCaseOf(KindColumn);
     const auto kind =
         std::find_if(kinds.begin(), kinds.end(), [&name](const Kind& k) { return name == QLatin1String(k.name); });
     if (kind == kinds.end()) {
-        return refusal(
+        return m_line.refusal(
             KindColumn,
-            QStringLiteral("%1 is no kind: digital, analog, unit or line").arg(csvQuoted(textOf(KindColumn))));
+            QStringLiteral("%1 is no kind: digital, analog, unit or line").arg(csvQuoted(m_line.textOf(KindColumn))));
     }
     object.type = kind->type;
-    const auto id = wholeNumber(textOf(IdColumn), kind->firstId, kind->lastId);
+    const auto id = PointLine::wholeNumber(m_line.textOf(IdColumn), kind->firstId, kind->lastId);
     if (!id) {
         const QString range = kind->lastId == anyId ? QStringLiteral("from %1 on").arg(kind->firstId)
                                                     : QStringLiteral("%1 to %2").arg(kind->firstId).arg(kind->lastId);
-        return refusal(IdColumn,
-                       QStringLiteral("%1 is no id of kind %2: %3").arg(csvQuoted(textOf(IdColumn)), name, range));
+        return m_line.refusal(
+            IdColumn,
+            QStringLiteral("%1 is no id of kind %2: %3").arg(csvQuoted(m_line.textOf(IdColumn)), name, range));
     }
     object.id = *id;
     if (!Korvane::isAddressableName(object.name, object.type)) {
-        return refusal(NameColumn,
-                       QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, begins "
-                                      "with \"@\" or ends in \":\" and a field"));
+        return m_line.refusal(
+            NameColumn, QStringLiteral("no tag could reach this name: it is empty, a number, \"#\" with an id, begins "
+                                       "with \"@\" or ends in \":\" and a field"));
     }
     return std::nullopt;
 }
 
-/// Leaves \p number as it is when the field is empty.
-std::optional<Refusal> Reader::readNumber(Column column, double& number) const
-{
-    const std::string_view text = textOf(column);
-    if (text.empty())
-        return std::nullopt;
-    const auto read = csvNumber(text, csvHasDecimalComma(m_file.record().separator()));
-    if (!read)
-        return refusal(column, QStringLiteral("%1 is no number").arg(csvQuoted(text)));
-    number = *read;
-    return std::nullopt;
-}
-
-/// Leaves \p number as it is when the field is empty.
-std::optional<Refusal> Reader::readInteger(Column column, int highest, int& number) const
-{
-    const std::string_view text = textOf(column);
-    if (text.empty())
-        return std::nullopt;
-    const auto read = wholeNumber(text, 0, highest);
-    if (!read) {
-        return refusal(column, QStringLiteral("%1 is no whole number from 0 to %2").arg(csvQuoted(text)).arg(highest));
-    }
-    number = *read;
-    return std::nullopt;
-}
-
-std::optional<Refusal> Reader::readNumbers(Object& object)
+Refused Reader::readNumbers(Object& object)
 {
     for (const NumberColumn& column : numberColumns) {
-        if (auto refused = readNumber(column.column, object.*column.number))
+        if (auto refused = m_line.readNumber(column.column, object.*column.number))
             return refused;
     }
     if (object.hysteresis < 0)
-        return refusal(HysteresisColumn, QStringLiteral("the hysteresis is negative"));
+        return m_line.refusal(HysteresisColumn, QStringLiteral("the hysteresis is negative"));
     if (const QString crossed = crossing(object); !crossed.isEmpty())
         return Refusal{crossed};
-    if (auto refused = readInteger(DecimalsColumn, 15, object.decimals))
+    if (auto refused = m_line.readInteger(DecimalsColumn, 15, object.decimals))
         return refused;
-    return readDuration(StaleAfterColumn, object.staleAfter);
+    return m_line.readDuration(StaleAfterColumn, object.staleAfter);
 }
 
-/// Seconds, fractions allowed.
-std::optional<Refusal> Reader::readDuration(Column column, std::chrono::milliseconds& duration) const
+Refused Reader::readStates(Object& object)
 {
-    constexpr double longest = 1e9; // their milliseconds fit
-    double seconds = 0;
-    if (auto refused = readNumber(column, seconds))
+    QString states;
+    if (auto refused = m_line.readText(StatesColumn, states))
         return refused;
-    if (seconds < 0 || seconds > longest)
-        return refusal(column,
-                       QStringLiteral("%1 is not within 0 to 1000000000 seconds").arg(csvQuoted(textOf(column))));
-    duration = std::chrono::milliseconds(std::llround(seconds * 1000));
-    return std::nullopt;
+    if (!states.isEmpty())
+        object.states = states.split(QLatin1Char('|'));
+    return m_line.readInteger(AbnormalStateColumn, object.states.isEmpty() ? anyId : object.states.size() - 1,
+                              object.abnormalState);
 }
 
-std::optional<Refusal> Reader::readAlarm(Object& object)
+Refused Reader::readRest(Object& object)
 {
-    AlarmSetting& alarm = object.alarm;
-    if (auto refused = readNumber(RateLimitColumn, alarm.rateLimit))
-        return refused;
-    if (alarm.rateLimit <= 0)
-        return refusal(RateLimitColumn, QStringLiteral("the rate limit must be above 0"));
-    if (auto refused = readDuration(OnDelayColumn, alarm.onDelay))
-        return refused;
-    if (auto refused = readDuration(OffDelayColumn, alarm.offDelay))
-        return refused;
-    int isLatching = 0;
-    if (auto refused = readInteger(LatchingColumn, 1, isLatching))
-        return refused;
-    alarm.isLatching = isLatching == 1;
-    const auto message = fromUtf8(textOf(AlarmMessageColumn));
-    if (!message)
-        return refusal(AlarmMessageColumn,
-                       QStringLiteral("%1 is not UTF-8").arg(csvQuoted(textOf(AlarmMessageColumn))));
-    alarm.message = *message;
-    return readSeverities(object);
-}
-
-/// Whether values of the object can be the cause of an alarm.
-bool canCause(const Object& object, ScadaAlarm::Cause cause)
-{
-    switch (cause) {
-    case ScadaAlarm::Cause::LowLow:
-        return !std::isnan(object.lowLow);
-    case ScadaAlarm::Cause::Low:
-        return !std::isnan(object.low);
-    case ScadaAlarm::Cause::High:
-        return !std::isnan(object.high);
-    case ScadaAlarm::Cause::HighHigh:
-        return !std::isnan(object.highHigh);
-    case ScadaAlarm::Cause::StateChange:
-        return object.type != ScadaObjectType::AnalogPoint && object.abnormalState >= 0;
-    case ScadaAlarm::Cause::RateOfChange:
-        return object.type == ScadaObjectType::AnalogPoint && !std::isnan(object.alarm.rateLimit);
-    case ScadaAlarm::Cause::Quality:
-    case ScadaAlarm::Cause::Communication:
-        return true;
-    }
-    return false;
-}
-
-std::optional<Refusal> Reader::readSeverities(Object& object) const
-{
-    for (std::size_t place = 0; place < AlarmSetting::causeCount; ++place) {
-        const auto column = static_cast<Column>(LowLowSeverityColumn + place);
-        int severity = -1;
-        if (auto refused = readInteger(column, ScadaAlarm::highestSeverity, severity))
-            return refused;
-        if (severity >= 0 && !canCause(object, static_cast<ScadaAlarm::Cause>(place)))
-            return refusal(column, QStringLiteral("the object has no limit or abnormal state for this alarm"));
-        if (severity >= 0)
-            object.alarm.severities[place] = static_cast<qint8>(severity);
-    }
-    return std::nullopt;
-}
-
-std::optional<Refusal> Reader::readStates(Object& object)
-{
-    const auto states = fromUtf8(textOf(StatesColumn));
-    if (!states)
-        return refusal(StatesColumn, QStringLiteral("%1 is not UTF-8").arg(csvQuoted(textOf(StatesColumn))));
-    if (!states->isEmpty())
-        object.states = states->split(QLatin1Char('|'));
-    return readInteger(AbnormalStateColumn, object.states.isEmpty() ? anyId : object.states.size() - 1,
-                       object.abnormalState);
+    auto refused = readAlarmColumns(m_line, object);
+    return refused ? refused : readControlColumns(m_line, object);
 }
 
 /// Refuses an id or name that an object of the same family took before, else keeps them.
-std::optional<Refusal> Reader::findTwin(const Object& object)
+Refused Reader::findTwin(const Object& object)
 {
     const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const Kind& k) { return k.type == object.type; });
     Family& family = m_families[std::size_t(kind->family)];
     if (const auto twin = family.lineOfId.find(object.id); twin != family.lineOfId.end())
-        return refusal(IdColumn, QStringLiteral("line %1 has this id already").arg(twin->second));
+        return m_line.refusal(IdColumn, QStringLiteral("line %1 has this id already").arg(twin->second));
     if (const auto twin = family.lineOfName.constFind(object.name); twin != family.lineOfName.constEnd())
-        return refusal(NameColumn, QStringLiteral("line %1 has this name already").arg(*twin));
+        return m_line.refusal(NameColumn, QStringLiteral("line %1 has this name already").arg(*twin));
     const qint64 line = m_file.record().line();
     family.lineOfId.emplace(object.id, line);
     family.lineOfName.insert(object.name, line);

@@ -35,6 +35,17 @@
 /// | on_delay, off_delay              | seconds, fractions allowed, that a condition must hold, or be gone           |
 /// | latching                         | 1 for an alarm that waits for an operator once its condition is gone         |
 /// | alarm_message                    | what the operator is told; empty for the object's name and the cause         |
+/// | parent                           | name of a point's unit or of a unit's line; a line has none                  |
+/// | control                          | none (or empty), direct, select or manual: ControlSetting::Kind              |
+/// | control_role                     | viewer to administrator: lowest role that may send commands; empty for operator |
+/// | control_confirm                  | none (or empty), user or second: ControlSetting::Confirmation                |
+/// | control_reason                   | 1 for commands that need a reason                                            |
+/// | control_low, control_high        | bounds of a setpoint, low not above high; empty for none                     |
+/// | control_step                     | what raise and lower change, 0 or more                                       |
+/// | feedback                         | name of the point that shows the command done; empty for the object itself   |
+/// | feedback_tolerance               | how far the feedback may lie from the value sent, 0 or more                  |
+/// | feedback_timeout                 | seconds, fractions allowed, 0 to 3600; empty or 0 for the system's own       |
+/// | interlock                        | what must hold for a command, kept as it stands                              |
 ///
 /// The first three are needed. Where the separator is no comma, numbers may have a decimal comma.
 namespace PointList {

@@ -6,9 +6,11 @@
 #include <QJsonDocument>
 #include <QStringList>
 
+#include <chrono>
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <type_traits>
 
 #include <tsl/robin_map.h>
 
@@ -25,31 +27,63 @@ struct Column
     void (*set)(Object& object, const QVariant& value);
 };
 
-template <auto member>
+/// What a chain of members leads to.
+template <auto... members, typename Owner>
+constexpr auto& partOf(Owner& object)
+{
+    return (object.*....*members);
+}
+
+template <auto... members>
 constexpr Column textColumn(const char* name)
 {
-    return {name, "TEXT", [](const Object& object) { return QVariant(object.*member); },
-            [](Object& object, const QVariant& value) { object.*member = value.toString(); }};
+    return {name, "TEXT", [](const Object& object) { return QVariant(partOf<members...>(object)); },
+            [](Object& object, const QVariant& value) { partOf<members...>(object) = value.toString(); }};
 }
 
 /// NaN is stored as NULL.
-template <auto member>
+template <auto... members>
 constexpr Column realColumn(const char* name)
 {
     return {name, "REAL",
             [](const Object& object) {
-                return std::isnan(object.*member) ? QVariant(QVariant::Double) : QVariant(object.*member);
+                const double number = partOf<members...>(object);
+                return std::isnan(number) ? QVariant(QVariant::Double) : QVariant(number);
             },
             [](Object& object, const QVariant& value) {
-                object.*member = value.isNull() ? std::numeric_limits<double>::quiet_NaN() : value.toDouble();
+                partOf<members...>(object) =
+                    value.isNull() ? std::numeric_limits<double>::quiet_NaN() : value.toDouble();
             }};
 }
 
-template <auto member>
+/// A number that is 0 in rows of before the column was there.
+template <auto... members>
+constexpr Column amountColumn(const char* name)
+{
+    return {name, "REAL", [](const Object& object) { return QVariant(partOf<members...>(object)); },
+            [](Object& object, const QVariant& value) { partOf<members...>(object) = value.toDouble(); }};
+}
+
+/// A whole number, a flag or a choice's place.
+template <auto... members>
 constexpr Column numberColumn(const char* name)
 {
-    return {name, "INTEGER", [](const Object& object) { return QVariant(object.*member); },
-            [](Object& object, const QVariant& value) { object.*member = value.toInt(); }};
+    return {name, "INTEGER",
+            [](const Object& object) { return QVariant(static_cast<int>(partOf<members...>(object))); },
+            [](Object& object, const QVariant& value) {
+                auto& part = partOf<members...>(object);
+                part = static_cast<std::decay_t<decltype(part)>>(value.toInt());
+            }};
+}
+
+template <auto... members>
+constexpr Column durationColumn(const char* name)
+{
+    return {name, "INTEGER",
+            [](const Object& object) { return QVariant(qlonglong(partOf<members...>(object).count())); },
+            [](Object& object, const QVariant& value) {
+                partOf<members...>(object) = std::chrono::milliseconds(value.toLongLong());
+            }};
 }
 
 QVariant statesText(const Object& object)
@@ -87,13 +121,11 @@ void setSeverities(Object& object, const QVariant& value)
         object.alarm.severities[std::size_t(place)] = static_cast<qint8>(numbers[place].toInt());
 }
 
-template <auto member>
-constexpr Column delayColumn(const char* name)
+/// A role that can't be read is the highest: nobody below may send commands then.
+void setRole(Object& object, const QVariant& value)
 {
-    return {name, "INTEGER", [](const Object& object) { return QVariant(qlonglong((object.alarm.*member).count())); },
-            [](Object& object, const QVariant& value) {
-                object.alarm.*member = std::chrono::milliseconds(value.toLongLong());
-            }};
+    if (!value.isNull())
+        object.control.role = accountRoleOf(value.toString()).value_or(AccountRole::Administrator);
 }
 
 constexpr Column columns[] = {
@@ -115,25 +147,28 @@ constexpr Column columns[] = {
     realColumn<&Object::scaleHigh>("scale_high"),
     {"states", "TEXT", statesText, setStates},
     numberColumn<&Object::abnormalState>("abnormal_state"),
-    {"stale_after_ms", "INTEGER", [](const Object& object) { return QVariant(qlonglong(object.staleAfter.count())); },
-     [](Object& object, const QVariant& value) { object.staleAfter = std::chrono::milliseconds(value.toLongLong()); }},
+    durationColumn<&Object::staleAfter>("stale_after_ms"),
     textColumn<&Object::address>("address"),
     textColumn<&Object::area>("area"),
     {"severities", "TEXT", severitiesText, setSeverities},
-    {"rate_limit", "REAL",
-     [](const Object& object) {
-         return std::isnan(object.alarm.rateLimit) ? QVariant(QVariant::Double) : QVariant(object.alarm.rateLimit);
-     },
-     [](Object& object, const QVariant& value) {
-         if (!value.isNull())
-             object.alarm.rateLimit = value.toDouble();
-     }},
-    delayColumn<&AlarmSetting::onDelay>("on_delay_ms"),
-    delayColumn<&AlarmSetting::offDelay>("off_delay_ms"),
-    {"latching", "INTEGER", [](const Object& object) { return QVariant(int(object.alarm.isLatching)); },
-     [](Object& object, const QVariant& value) { object.alarm.isLatching = value.toInt() != 0; }},
-    {"alarm_message", "TEXT", [](const Object& object) { return QVariant(object.alarm.message); },
-     [](Object& object, const QVariant& value) { object.alarm.message = value.toString(); }},
+    realColumn<&Object::alarm, &AlarmSetting::rateLimit>("rate_limit"),
+    durationColumn<&Object::alarm, &AlarmSetting::onDelay>("on_delay_ms"),
+    durationColumn<&Object::alarm, &AlarmSetting::offDelay>("off_delay_ms"),
+    numberColumn<&Object::alarm, &AlarmSetting::isLatching>("latching"),
+    textColumn<&Object::alarm, &AlarmSetting::message>("alarm_message"),
+    textColumn<&Object::parent>("parent"),
+    numberColumn<&Object::control, &ControlSetting::kind>("control"),
+    {"control_role", "TEXT", [](const Object& object) { return QVariant(accountRoleName(object.control.role)); },
+     setRole},
+    numberColumn<&Object::control, &ControlSetting::confirmation>("control_confirm"),
+    numberColumn<&Object::control, &ControlSetting::isReasonNeeded>("control_reason"),
+    realColumn<&Object::control, &ControlSetting::low>("control_low"),
+    realColumn<&Object::control, &ControlSetting::high>("control_high"),
+    amountColumn<&Object::control, &ControlSetting::step>("control_step"),
+    textColumn<&Object::control, &ControlSetting::feedback>("feedback"),
+    amountColumn<&Object::control, &ControlSetting::tolerance>("feedback_tolerance"),
+    durationColumn<&Object::control, &ControlSetting::timeout>("feedback_timeout_ms"),
+    textColumn<&Object::control, &ControlSetting::interlock>("interlock"),
 };
 
 /// The columns' names, each behind \p prefix.

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int schemaVersion = 2; // 1 had points without areas and alarms
+constexpr int schemaVersion = 3; // 1 had points without areas and alarms, 2 without parents and commands
 
 tl::expected<void, QString> createSchema(QSqlDatabase& database)
 {

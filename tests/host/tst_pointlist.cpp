@@ -110,6 +110,61 @@ private Q_SLOTS:
         QVERIFY(std::isnan(list->objects[3].alarm.rateLimit));
     }
 
+    void readsEveryColumnOfCommands()
+    {
+        const auto list =
+            read("id;name;kind;parent;control;control_role;control_confirm;control_reason;control_low;control_high;"
+                 "control_step;feedback;feedback_tolerance;feedback_timeout;interlock\n"
+                 "200001;SETPOINT;analog;RTU1;select;supervisor;second;1;-0,5;100;2,5;POSITION;0,25;1,5;"
+                 "\"P101.RUNNING = 1; \xEB\x8F\x99\"\n"
+                 "100001;PUMP;digital;12;Direct;Viewer;User;0;;;;;;;\n"
+                 "200002;DENSITY;analog;;MANUAL;administrator;None;;5;5;0;;0;3600;\n"
+                 "200003;FLOW;analog;;none;engineer;none;;;;;;;0;\n"
+                 "7;RTU1;unit;LINE1;;;;;;;;;;;\n"
+                 "8;LINE1;line;;;operator;;;;;;;;;\n");
+        QVERIFY2(list, list ? "" : qPrintable(list.error()));
+        QCOMPARE(list->problems, QStringList());
+        QCOMPARE(list->objects.size(), std::size_t(6));
+
+        QCOMPARE(list->objects[0].parent, QStringLiteral("RTU1"));
+        const ControlSetting& setpoint = list->objects[0].control;
+        QVERIFY(setpoint.kind == ControlSetting::Kind::SelectFirst);
+        QVERIFY(setpoint.role == AccountRole::Supervisor);
+        QVERIFY(setpoint.confirmation == ControlSetting::Confirmation::Second);
+        QVERIFY(setpoint.isReasonNeeded);
+        QCOMPARE(setpoint.low, -0.5);
+        QCOMPARE(setpoint.high, 100.0);
+        QCOMPARE(setpoint.step, 2.5);
+        QCOMPARE(setpoint.feedback, QStringLiteral("POSITION"));
+        QCOMPARE(setpoint.tolerance, 0.25);
+        QCOMPARE(setpoint.timeout.count(), qint64(1500));
+        QCOMPARE(setpoint.interlock, QStringLiteral("P101.RUNNING = 1; \uB3D9"));
+
+        QCOMPARE(list->objects[1].parent, QStringLiteral("12")); // which a unit may be called, though no point
+        const ControlSetting& pump = list->objects[1].control;
+        QVERIFY(pump.kind == ControlSetting::Kind::Direct);
+        QVERIFY(pump.role == AccountRole::Viewer);
+        QVERIFY(pump.confirmation == ControlSetting::Confirmation::User);
+        QVERIFY(!pump.isReasonNeeded);
+        QVERIFY(std::isnan(pump.low) && std::isnan(pump.high));
+
+        const ControlSetting& density = list->objects[2].control;
+        QVERIFY(density.kind == ControlSetting::Kind::Manual);
+        QVERIFY(density.role == AccountRole::Administrator);
+        QVERIFY(density.confirmation == ControlSetting::Confirmation::None);
+        QCOMPARE(density.low, 5.0);
+        QCOMPARE(density.high, 5.0);
+        QCOMPARE(density.timeout.count(), qint64(3600000));
+        QVERIFY(list->objects[3].control.kind == ControlSetting::Kind::None);
+        QVERIFY(list->objects[3].control.role == AccountRole::Engineer);
+
+        const Object& unit = list->objects[4];
+        QCOMPARE(unit.parent, QStringLiteral("LINE1"));
+        QVERIFY(unit.control.isEqual(ControlSetting()));
+        QVERIFY(unit.control.role == AccountRole::Operator);
+        QVERIFY(list->objects[5].control.isEqual(ControlSetting()));
+    }
+
     void threeColumnsAreEnough_data()
     {
         QTest::addColumn<QByteArray>("bytes");
@@ -255,6 +310,47 @@ private Q_SLOTS:
             ", line 3, column 4 (area), object \"P\": \"\xEF\xBF\xBD\" is not UTF-8");
         row("an alarm's message that is no UTF-8", "alarm_message", "200002,P,analog,\xB0",
             ", line 3, column 4 (alarm_message), object \"P\": \"\xEF\xBF\xBD\" is not UTF-8");
+        row("a parent that no tag could reach", "parent", "200002,P,analog,#7",
+            ", line 3, column 4 (parent), object \"P\": \"#7\" can be no unit's name");
+        row("a unit's parent that no tag could reach", "parent", "2,P,unit,#12",
+            ", line 3, column 4 (parent), object \"P\": \"#12\" can be no line's name");
+        row("the parent of a line", "parent", "2,P,line,LINE1",
+            ", line 3, column 4 (parent), object \"P\": a line belongs to nothing");
+        row("a parent that is no UTF-8", "parent", "200002,P,analog,\xB0",
+            ", line 3, column 4 (parent), object \"P\": \"\xEF\xBF\xBD\" is not UTF-8");
+        row("an unknown control", "control", "200002,P,analog,selct",
+            ", line 3, column 4 (control), object \"P\": \"selct\" is not one of none, direct, select, manual");
+        row("a control by number", "control", "200002,P,analog,1",
+            ", line 3, column 4 (control), object \"P\": \"1\" is not one of none, direct, select, manual");
+        row("an unknown role", "control_role", "200002,P,analog,admin",
+            ", line 3, column 4 (control_role), object \"P\": \"admin\" is not one of viewer, operator, supervisor, "
+            "engineer, administrator");
+        row("an unknown confirmation", "control_confirm", "200002,P,analog,third",
+            ", line 3, column 4 (control_confirm), object \"P\": \"third\" is not one of none, user, second");
+        row("a reason twice", "control_reason", "200002,P,analog,2",
+            ", line 3, column 4 (control_reason), object \"P\": \"2\" is no whole number from 0 to 1");
+        row("a lower bound that is no number", "control_low", "200002,P,analog,x",
+            ", line 3, column 4 (control_low), object \"P\": \"x\" is no number");
+        row("an upper bound that is no number", "control_high", "200002,P,analog,nan",
+            ", line 3, column 4 (control_high), object \"P\": \"nan\" is no number");
+        row("bounds upside down", "control_high,control_low", "200002,P,analog,1,1.5",
+            ", line 3, column 5 (control_low), object \"P\": control_low 1.5 must not be above control_high 1");
+        row("a negative step", "control_step", "200002,P,analog,-1",
+            ", line 3, column 4 (control_step), object \"P\": \"-1\" is below 0");
+        row("a step that is no number", "control_step", "200002,P,analog,inf",
+            ", line 3, column 4 (control_step), object \"P\": \"inf\" is no number");
+        row("a feedback that no tag could reach", "feedback", "200002,P,analog,12",
+            ", line 3, column 4 (feedback), object \"P\": \"12\" can be no point's name");
+        row("a feedback that is no UTF-8", "feedback", "200002,P,analog,\xB0",
+            ", line 3, column 4 (feedback), object \"P\": \"\xEF\xBF\xBD\" is not UTF-8");
+        row("a negative tolerance", "feedback_tolerance", "200002,P,analog,-0.5",
+            ", line 3, column 4 (feedback_tolerance), object \"P\": \"-0.5\" is below 0");
+        row("a negative timeout", "feedback_timeout", "200002,P,analog,-1",
+            ", line 3, column 4 (feedback_timeout), object \"P\": \"-1\" is not within 0 to 3600 seconds");
+        row("a timeout of more than an hour", "feedback_timeout", "200002,P,analog,3600.1",
+            ", line 3, column 4 (feedback_timeout), object \"P\": \"3600.1\" is not within 0 to 3600 seconds");
+        row("an interlock that is no UTF-8", "interlock", "200002,P,analog,\xB0",
+            ", line 3, column 4 (interlock), object \"P\": \"\xEF\xBF\xBD\" is not UTF-8");
         row("a column too few", "unit", "200002,P,analog",
             ", line 3, object \"P\": the line has 3 columns, the header 4");
         row("a column too many", "unit", "200002,P,analog,bar,1",

@@ -1,5 +1,6 @@
 #include "host/sources/recordingsource.h"
 
+#include "host/control/commandgate.h"
 #include "host/core/replayclock.h"
 #include "tests/support/sourcelistener.h"
 #include "tests/support/temporaryfiles.h"
@@ -404,6 +405,206 @@ private Q_SLOTS:
         baseMs = 2000;
         source.advance(clock.nowMs());
         QCOMPARE(heard.takeSamples(), QStringLiteral("120000:1=3"));
+    }
+
+    void takesNoCommands()
+    {
+        RecordingSource source(write("time;FLOW\n1;1\n"), points(), options(Times::Row));
+        SourceListener heard(source);
+        source.start(0);
+        QVERIFY(!source.takesCommands(flow));
+        QVERIFY(!source.readAgain(flow));
+        CommandGate::write(source, {3, flow, 1});
+        QCOMPARE(heard.answers, QStringList(QStringLiteral("3 recording recording.csv takes no commands")));
+        source.advance(0);
+        QVERIFY(heard.samples.empty());
+    }
+
+    void goesToATime_data()
+    {
+        QTest::addColumn<bool>("isLooped");
+        QTest::addColumn<qint64>("playedMs"); // before
+        QTest::addColumn<qint64>("soughtMs");
+        QTest::addColumn<QString>("expected"); // up to 125 s
+        const auto row = [](const char* name, bool isLooped, qint64 playedMs, qint64 soughtMs, const char* expected) {
+            QTest::newRow(name) << isLooped << playedMs << soughtMs << QString::fromLatin1(expected);
+        };
+        // Rows at 100, 101, 101 and 104 s, again 107, 108, 108, 111; 114, 115, 115, 118; ...
+        row("ahead, to a row's time", false, 100000, 104000, "104000:1=4");
+        row("ahead, between two rows", false, 100000, 101001, "104000:1=4");
+        row("ahead, to the first of two rows of one time", false, 100000, 100001, "101000:1=2 101000:1=3 104000:1=4");
+        row("to the row that waits, the first of two", false, 100500, 101000, "101000:1=2 101000:1=3 104000:1=4");
+        row("before anything was played", false, 0, 104000, "104000:1=4");
+        row("behind the last row", false, 100000, 104001, "");
+        row("back to the beginning", false, 104000, 0, "100000:1=1 101000:1=2 101000:1=3 104000:1=4");
+        row("back, from the end", false, 130000, 101000, "101000:1=2 101000:1=3 104000:1=4");
+        row("back, from the end to the last row", false, 130000, 104000, "104000:1=4");
+        row("back, to the row played last", false, 101000, 101000, "101000:1=2 101000:1=3 104000:1=4");
+        row("looped, ahead in the same pass", true, 107000, 109000,
+            "111000:1=4 114000:1=1 115000:1=2 115000:1=3 118000:1=4 121000:1=1 122000:1=2 122000:1=3 125000:1=4");
+        row("looped, ahead to the next pass", true, 100000, 115000,
+            "115000:1=2 115000:1=3 118000:1=4 121000:1=1 122000:1=2 122000:1=3 125000:1=4");
+        row("looped, to a pass's beginning", true, 100000, 121000, "121000:1=1 122000:1=2 122000:1=3 125000:1=4");
+        row("looped, between two passes", true, 100000, 118001, "121000:1=1 122000:1=2 122000:1=3 125000:1=4");
+        row("looped, back to the pass before", true, 119000, 118000,
+            "118000:1=4 121000:1=1 122000:1=2 122000:1=3 125000:1=4");
+        row("looped, back to the first pass", true, 125000, 104000,
+            "104000:1=4 107000:1=1 108000:1=2 108000:1=3 111000:1=4 114000:1=1 115000:1=2 115000:1=3 118000:1=4 "
+            "121000:1=1 122000:1=2 122000:1=3 125000:1=4");
+    }
+
+    void goesToATime()
+    {
+        QFETCH(bool, isLooped);
+        QFETCH(qint64, playedMs);
+        QFETCH(qint64, soughtMs);
+        QFETCH(QString, expected);
+        RecordingSource source(write("time;FLOW\n100;1\n101;2\n101;x\n101;3\n104;4\n"), points(),
+                               options(Times::Row, isLooped));
+        SourceListener heard(source);
+        source.start(0);
+        source.advance(playedMs);
+        heard.takeSamples();
+        QVERIFY(source.seek(soughtMs));
+        QVERIFY(heard.samples.empty());
+        source.advance(soughtMs - 1);
+        QCOMPARE(heard.takeSamples(), QString());
+        source.advance(125000);
+        QCOMPARE(heard.takeSamples(), expected);
+        QCOMPARE(source.state(), isLooped ? State::Running : State::Ended);
+        QCOMPARE(source.problemCount(), qint64(1)); // the row that is no number, once
+    }
+
+    void manyPassesAreNotRead()
+    {
+        RecordingSource source(write("time;FLOW\n0;1\n1;2\n"), points(), options(Times::Row, true));
+        SourceListener heard(source);
+        source.start(0);
+        constexpr qint64 farMs = Q_INT64_C(253402300799000); // the year 9999, an odd second
+        QVERIFY(source.seek(farMs));
+        source.advance(farMs); // bounded by RecordingSource::mostRows
+        QCOMPARE(heard.takeSamples(), QStringLiteral("%1:1=2").arg(farMs));
+        QVERIFY(!source.seek(farMs + 1000));
+        source.advance(farMs + 1000);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("%1:1=1").arg(farMs + 1000));
+    }
+
+    void oneTickLeavesOutABoundedNumberOfRows()
+    {
+        constexpr int rows = RecordingSource::mostRows * 3 / 2;
+        QByteArray bytes = "time;FLOW\n";
+        for (int i = 0; i <= rows; ++i)
+            bytes += QByteArray::number(i) + ";1\n";
+        RecordingSource source(write(bytes), points(), options(Times::Row));
+        SourceListener heard(source);
+        source.start(0);
+        constexpr qint64 soughtMs = qint64(rows) * 1000;
+        QVERIFY(source.seek(soughtMs));
+        source.advance(soughtMs);
+        QCOMPARE(heard.takeSamples(), QString());
+        QCOMPARE(source.state(), State::Running);
+        source.advance(soughtMs);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("%1:1=1").arg(soughtMs));
+    }
+
+    void whatHasNoTimesOfItsOwnGoesNowhere()
+    {
+        const QString path = write("time;FLOW\n100;1\n102;2\n");
+        RecordingSource byArrival(path, points(), options(Times::Arrival));
+        SourceListener heard(byArrival);
+        byArrival.start(0);
+        QVERIFY(!byArrival.seek(102000));
+        byArrival.advance(2000);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("0:1=1 2000:1=2"));
+        RecordingSource unstarted(path, points(), options(Times::Row));
+        QVERIFY(!unstarted.seek(102000));
+    }
+
+    void aNewStartForgetsTheTimeSought()
+    {
+        RecordingSource source(write("time;FLOW\n100;1\n102;2\n"), points(), options(Times::Row));
+        SourceListener heard(source);
+        source.start(0);
+        QVERIFY(source.seek(102000));
+        source.start(0);
+        source.advance(ever);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("100000:1=1 102000:1=2"));
+    }
+
+    void opensTheFileAgain()
+    {
+        const QString path = write("time;FLOW\n1;1\n2;x\n3;3\n4;4\n");
+        RecordingSource source(path, points(), options(Times::Row));
+        SourceListener heard(source);
+        const auto early = source.reconnect(0);
+        QVERIFY(!early);
+        QCOMPARE(early.error(), QStringLiteral("recording recording.csv was not started"));
+        QCOMPARE(source.state(), State::Stopped);
+        source.start(0);
+        source.advance(1000);
+        QVERIFY(source.reconnect(1000));
+        source.advance(3000);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("1000:1=1 3000:1=3"));
+        QVERIFY(QFile::remove(path));
+        const auto gone = source.reconnect(3000);
+        QVERIFY(!gone);
+        QCOMPARE(gone.error(), path + QStringLiteral(": there is no such file"));
+        QCOMPARE(source.state(), State::Failed);
+        QCOMPARE(source.failure(), gone.error());
+        // Another file of that name, which an open one would not see.
+        write("time;FLOW\n1;1\n2;x\n3;3\n4;4\n5;5\n");
+        QVERIFY(source.reconnect(3000));
+        QCOMPARE(source.state(), State::Running);
+        source.advance(ever);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("4000:1=4 5000:1=5"));
+        QCOMPARE(heard.problems.size(), 1);
+    }
+
+    void anotherFileIsReadAtOnceAfterAReconnection()
+    {
+        const QString path = write("time;FLOW\n1;1\n2;2\n3;3\n");
+        RecordingSource source(path, points(), options(Times::Row));
+        SourceListener heard(source);
+        source.start(0);
+        source.advance(1000); // the second row was read and waits
+        QVERIFY(QFile::rename(path, path + QStringLiteral(".old")));
+        write("time;LEVEL\n1;10\n2;20\n3;30\n");
+        QVERIFY(source.reconnect(1000));
+        source.advance(3000);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("1000:1=1 2000:1=2 3000:2=30"));
+    }
+
+    void whatCameBehindTheEndIsPlayedAfterAReconnection()
+    {
+        write("time;FLOW\n1;1\n2;2\n");
+        RecordingSource source(m_files.path(QStringLiteral("recording.csv")), points(), options(Times::Row));
+        SourceListener heard(source);
+        source.start(0);
+        source.advance(ever);
+        QCOMPARE(source.state(), State::Ended);
+        heard.takeSamples();
+        QVERIFY(source.reconnect(ever));
+        source.advance(ever);
+        QCOMPARE(source.state(), State::Ended);
+        QCOMPARE(heard.takeSamples(), QString());
+        write("time;FLOW\n1;1\n2;2\n3;3\n");
+        QVERIFY(source.reconnect(ever));
+        QCOMPARE(source.state(), State::Running);
+        source.advance(ever);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("3000:1=3"));
+        QCOMPARE(source.state(), State::Ended);
+    }
+
+    void aLoopedRecordingGoesOnInItsPassAfterAReconnection()
+    {
+        RecordingSource source(write("time;FLOW\n0;1\n1;2\n2;3\n"), points(), options(Times::Row, true));
+        SourceListener heard(source);
+        source.start(0);
+        source.advance(4000);
+        heard.takeSamples();
+        QVERIFY(source.reconnect(4000));
+        source.advance(7000);
+        QCOMPARE(heard.takeSamples(), QStringLiteral("5000:1=3 6000:1=1 7000:1=2"));
     }
 
 private:

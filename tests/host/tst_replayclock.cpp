@@ -67,6 +67,34 @@ private Q_SLOTS:
         QCOMPARE(clock.nowMs(), qint64(1500));
     }
 
+    void showsTheTimeThatItIsSetTo()
+    {
+        m_baseMs = 0;
+        ReplayClock clock(1000, 0.5, [this] { return m_baseMs; });
+        m_baseMs = 1001;
+        clock.setSpeed(0.5); // half a millisecond is left over, which belongs to the time before
+        clock.seek(500000);
+        QCOMPARE(clock.nowMs(), qint64(500000));
+        m_baseMs += 1;
+        QCOMPARE(clock.nowMs(), qint64(500000));
+        m_baseMs += 99;
+        QCOMPARE(clock.nowMs(), qint64(500050));
+        clock.seek(200); // back, behind its start
+        QCOMPARE(clock.nowMs(), qint64(200));
+        QCOMPARE(clock.speed(), 0.5);
+
+        m_baseMs += 100;
+        clock.pause();
+        m_baseMs += 100;
+        clock.seek(7000);
+        QVERIFY(clock.isPaused());
+        m_baseMs += 100;
+        QCOMPARE(clock.nowMs(), qint64(7000));
+        clock.resume();
+        m_baseMs += 100;
+        QCOMPARE(clock.nowMs(), qint64(7050));
+    }
+
     void runsBySystemsClockUnlessGivenAnother()
     {
         const ReplayClock clock(0, 10000);

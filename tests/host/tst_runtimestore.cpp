@@ -172,7 +172,8 @@ bool isSame(const Object& a, const Object& b)
            a.staleAfter == b.staleAfter && a.address == b.address && a.area == b.area &&
            a.alarm.severities == b.alarm.severities && isSame(a.alarm.rateLimit, b.alarm.rateLimit) &&
            a.alarm.onDelay == b.alarm.onDelay && a.alarm.offDelay == b.alarm.offDelay &&
-           a.alarm.isLatching == b.alarm.isLatching && a.alarm.message == b.alarm.message;
+           a.alarm.isLatching == b.alarm.isLatching && a.alarm.message == b.alarm.message && a.parent == b.parent &&
+           a.control.isEqual(b.control);
 }
 
 Object fullObject()
@@ -199,6 +200,18 @@ Object fullObject()
     object.alarm.offDelay = std::chrono::hours(1000);
     object.alarm.isLatching = true;
     object.alarm.message = QStringLiteral("Close \"valve\"\n3");
+    object.parent = QStringLiteral("장치 \"1\"");
+    object.control.kind = ControlSetting::Kind::Manual;
+    object.control.role = AccountRole::Engineer;
+    object.control.confirmation = ControlSetting::Confirmation::Second;
+    object.control.isReasonNeeded = true;
+    object.control.low = -0.5;
+    object.control.high = 1e-300;
+    object.control.step = 0.1;
+    object.control.feedback = QStringLiteral("밸브 위치");
+    object.control.tolerance = 0.01;
+    object.control.timeout = std::chrono::milliseconds(3599999);
+    object.control.interlock = QStringLiteral("A > 1 && \"B\" < 2");
     return object;
 }
 
@@ -220,6 +233,20 @@ QStringList statementsOfVersion1()
                        "VALUES (800008, 0, 1, 200002, 'FLOW', 80, 0, -1, 0, 0, -1, 0)"),
         QStringLiteral("PRAGMA user_version = 1"),
     };
+}
+
+/// One as version 2 wrote it: without parents and commands.
+QStringList statementsOfVersion2()
+{
+    QStringList statements = statementsOfVersion1();
+    statements.removeLast();
+    for (const char* column : {"area TEXT", "severities TEXT", "rate_limit REAL", "on_delay_ms INTEGER",
+                               "off_delay_ms INTEGER", "latching INTEGER", "alarm_message TEXT"})
+        statements.append(QStringLiteral("ALTER TABLE points ADD COLUMN %1").arg(QLatin1String(column)));
+    statements.append(QStringLiteral("UPDATE points SET area = 'East', severities = '-1 -1 5 -1 -1 -1 -1 -1', "
+                                     "on_delay_ms = 1500, off_delay_ms = 0, latching = 1"));
+    statements.append(QStringLiteral("PRAGMA user_version = 2"));
+    return statements;
 }
 
 } // namespace
@@ -276,12 +303,51 @@ private Q_SLOTS:
             QVERIFY(isSame(loaded->front(), expected));
             QVERIFY(store.importPoints({fullObject(), expected}));
         }
-        QCOMPARE(countOf(file, QStringLiteral("pragma_user_version WHERE user_version = 2")), 1);
-        QCOMPARE(countOf(file, QStringLiteral("pragma_table_info('points')")), 28); // seven more
+        QCOMPARE(countOf(file, QStringLiteral("pragma_user_version WHERE user_version = 3")), 1);
+        QCOMPARE(countOf(file, QStringLiteral("pragma_table_info('points')")), 40); // nineteen more
         RuntimeStore store;
         QVERIFY(store.open(file)); // once more, with nothing to do
         QVERIFY(isSame(store.loadPoints()->front(), fullObject()));
-        QCOMPARE(countOf(file, QStringLiteral("pragma_table_info('points')")), 28);
+        QCOMPARE(countOf(file, QStringLiteral("pragma_table_info('points')")), 40);
+    }
+
+    void aFileOfVersion2IsBroughtUpToDate()
+    {
+        const QString file = newFile();
+        for (const QString& statement : statementsOfVersion2())
+            QVERIFY(change(file, statement));
+        Object expected{ScadaObjectType::AnalogPoint, 200002, QStringLiteral("FLOW")};
+        expected.high = 80;
+        expected.area = QStringLiteral("East");
+        expected.alarm.severities[2] = 5;
+        expected.alarm.onDelay = std::chrono::milliseconds(1500);
+        expected.alarm.isLatching = true;
+        {
+            RuntimeStore store;
+            QVERIFY(store.open(file));
+            const auto loaded = store.loadPoints();
+            QVERIFY(loaded);
+            QCOMPARE(loaded->size(), std::size_t(1));
+            QVERIFY(isSame(loaded->front(), expected)); // takes no commands, which operators might send
+            QVERIFY(loaded->front().control.role == AccountRole::Operator);
+            QVERIFY(store.importPoints({fullObject(), expected}));
+        }
+        QCOMPARE(countOf(file, QStringLiteral("pragma_user_version WHERE user_version = 3")), 1);
+        QCOMPARE(countOf(file, QStringLiteral("pragma_table_info('points')")), 40); // twelve more
+        RuntimeStore store;
+        QVERIFY(store.open(file));
+        QVERIFY(isSame(store.loadPoints()->front(), fullObject()));
+        QVERIFY(isSame(store.loadPoints()->back(), expected));
+    }
+
+    void aRoleThatIsNoneLetsNobodyBelowIn()
+    {
+        const QString file = newFile();
+        RuntimeStore store;
+        QVERIFY(store.open(file));
+        QVERIFY(store.importPoints({fullObject()}));
+        QVERIFY(change(file, QStringLiteral("UPDATE points SET control_role = 'oprator'")));
+        QVERIFY(store.loadPoints()->front().control.role == AccountRole::Administrator);
     }
 
     void aFileThatWasBroughtHalfUpToDateIsFinished()
@@ -332,6 +398,13 @@ private Q_SLOTS:
         points[6].area = QStringLiteral("East");
         points[8].alarm.severities[2] = 7;
         points[11].alarm.rateLimit = 2;
+        points[12].parent = QStringLiteral("OBJECT0");
+        points[13].control.kind = ControlSetting::Kind::SelectFirst;
+        points[14].control.role = AccountRole::Viewer;
+        points[15].control.confirmation = ControlSetting::Confirmation::User;
+        points[16].control.isReasonNeeded = true;
+        points[17].control.low = 0;
+        points[18].control.interlock = QStringLiteral("OBJECT2 > 1");
         std::swap(points[7], points[9]);
         points.push_back({ScadaObjectType::AnalogPoint, 299999, QStringLiteral("NEW")});
         QVERIFY(store.importPoints(points));
@@ -382,7 +455,7 @@ private Q_SLOTS:
         QVERIFY(RuntimeStore().open(newer));
         QVERIFY(change(newer, QStringLiteral("PRAGMA user_version = 99")));
         QTest::newRow("a newer version's database")
-            << newer << QStringLiteral("a newer version of this program wrote it (layout 99, this one knows 2)");
+            << newer << QStringLiteral("a newer version of this program wrote it (layout 99, this one knows 3)");
 
         const QString readOnly = newFile();
         QVERIFY(RuntimeStore().open(readOnly));

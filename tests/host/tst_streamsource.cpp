@@ -87,6 +87,18 @@ class tst_StreamSource : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cannotBeOpenedAgain()
+    {
+        Pipe pipe;
+        StreamSource source(pipe.readEnd(), points(), options(Times::Arrival), [this] { return m_nowMs; });
+        source.start(0);
+        const auto reconnected = source.reconnect(0);
+        QVERIFY(!reconnected);
+        QCOMPARE(reconnected.error(),
+                 QStringLiteral("recording from standard input has no connection that could be opened again"));
+        QCOMPARE(source.state(), State::Running);
+    }
+
     void deliversWhatCame()
     {
         Pipe pipe;

@@ -18,6 +18,9 @@ public:
             samples.insert(samples.end(), delivered.begin(), delivered.end());
         });
         connect(&source, &ValueSource::problemFound, this, [this](const QString& text) { problems.append(text); });
+        connect(&source, &ValueSource::commandAnswered, this, [this](quint32 requestId, const QString& refusal) {
+            answers.append(QStringLiteral("%1 %2").arg(QString::number(requestId), refusal).trimmed());
+        });
         connect(&source, &ValueSource::stateChanged, this, [this, &source] { states.push_back(source.state()); });
     }
 
@@ -45,5 +48,6 @@ public:
     std::vector<std::vector<Sample>> batches;
     std::vector<Sample> samples;
     QStringList problems;
+    QStringList answers; ///< "17" of a command that was taken, "17 REASON" of one that was refused
     std::vector<ValueSource::State> states;
 };
