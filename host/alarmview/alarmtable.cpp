@@ -140,11 +140,15 @@ void AlarmTable::askForExport()
 bool AlarmTable::exportTo(const QString& fileName)
 {
     const auto written = AlarmCsv::write(fileName, *model(), shownColumns());
-    if (written)
-        return true;
-    auto* box = new QMessageBox(QMessageBox::Warning, tr("Export"), written.error(), QMessageBox::Ok, this);
+    if (!written)
+        tellExportFailed(written.error());
+    return written.has_value();
+}
+
+void AlarmTable::tellExportFailed(const QString& problem)
+{
+    auto* box = new QMessageBox(QMessageBox::Warning, tr("Export"), problem, QMessageBox::Ok, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText); // the file's name is somebody else's
     box->open();
-    return false;
 }

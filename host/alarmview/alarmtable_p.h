@@ -37,11 +37,14 @@ public:
     /// Asks for a file and exports to it.
     void askForExport();
     /// Writes what is shown as AlarmCsv; tells the user when that fails.
-    bool exportTo(const QString& fileName);
+    virtual bool exportTo(const QString& fileName);
 
 Q_SIGNALS:
     /// The user moved, hid or showed a column.
     void columnsChanged();
+
+protected:
+    void tellExportFailed(const QString& problem);
 
 private:
     void openColumnsMenu(const QPoint& place);
