@@ -312,6 +312,9 @@ int DataService::failedPoints() const
 {
     int count = 0;
     for (const ObjectKey object : m_database.objects(Korvane::ScadaObjectType::Point)) {
+        // What nobody has entered yet is no failure.
+        if (m_database.object(object)->control.kind == ControlSetting::Kind::Manual)
+            continue;
         const QuorixData record = m_database.presentRecord(object);
         const QuorixValue* quality = record.GetValue("quality");
         count += quality && (quality->toInt32() & ValueMark::unreliable) ? 1 : 0;

@@ -109,7 +109,8 @@ public:
     /// Whether all sources have failed.
     bool isFailed() const { return m_isFailed; }
     const Figures& figures() const { return m_figures; }
-    /// Objects whose value can't be relied on now: never seen, invalid, stale or without communication.
+    /// Points whose value can't be relied on now: never seen, invalid, stale or without communication. Those whose values
+    /// are entered by hand don't count.
     int failedPoints() const;
 
     QVariant historyValue(ObjectKey object, DataCode::DataField field) override;
