@@ -1,10 +1,14 @@
 #include "host/core/project.h"
 
+#include "host/core/jsonmembers_p.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSaveFile>
 #include <QTimeZone>
 
 namespace {
@@ -52,6 +56,17 @@ public:
             refuse(name, QStringLiteral("an object"));
         return value.toObject();
     }
+    QStringList texts(const char* name)
+    {
+        const QJsonValue value = m_object.value(QLatin1String(name));
+        const QJsonArray array = value.toArray();
+        QStringList list;
+        for (const QJsonValue& each : array)
+            list.append(each.toString());
+        if ((!value.isUndefined() && !value.isArray()) || list.contains(QString()))
+            refuse(name, QStringLiteral("a list of names"));
+        return list;
+    }
     void refuse(const char* name, const QString& wanted)
     {
         if (m_problem.isEmpty())
@@ -69,18 +84,26 @@ private:
 tl::expected<Project, QString> Project::read(const QString& folder)
 {
     const QString fileName = QDir(folder).filePath(QStringLiteral("project.json"));
+    if (!QFileInfo(folder).isDir())
+        return tl::make_unexpected(QStringLiteral("%1: there is no such project folder").arg(folder));
+    if (!QFileInfo(fileName).isFile()) {
+        return tl::make_unexpected(
+            QStringLiteral("%1: there is no such file, so the folder is no project").arg(fileName));
+    }
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return tl::make_unexpected(QStringLiteral("%1: can't be read: %2").arg(fileName, file.errorString()));
+    return parse(file.read(mostBytes + 1), folder);
+}
+
+tl::expected<Project, QString> Project::parse(const QByteArray& text, const QString& folder)
+{
+    const QString fileName = QDir(folder).filePath(QStringLiteral("project.json"));
     const auto refused = [&fileName](const QString& reason) {
         return tl::make_unexpected(QStringLiteral("%1: %2").arg(fileName, reason));
     };
-    const QFileInfo info(fileName);
-    if (!QFileInfo(folder).isDir())
-        return tl::make_unexpected(QStringLiteral("%1: there is no such project folder").arg(folder));
-    if (!info.isFile())
-        return refused(QStringLiteral("there is no such file, so the folder is no project"));
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return refused(QStringLiteral("can't be read: %1").arg(file.errorString()));
-    const QByteArray text = file.read(mostBytes);
+    if (text.size() > mostBytes)
+        return refused(QStringLiteral("is larger than %1 bytes").arg(mostBytes));
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError) {
@@ -102,6 +125,9 @@ tl::expected<Project, QString> Project::read(const QString& folder)
     project.scriptLimit =
         members.duration("scriptLimitMs", project.scriptLimit, shortestScriptLimit, longestScriptLimit);
     project.isSecured = members.flag("security", false);
+    project.pageOrder = members.texts("pages");
+    project.removedPages = members.texts("removedPages");
+    project.text = text;
     if (!project.timeZone.isEmpty() && !QTimeZone(project.timeZone.toLatin1()).isValid())
         members.refuse("timeZone", QStringLiteral("the name of a time zone, as \"Europe/Berlin\""));
     const QJsonObject alarms = members.object("alarms");
@@ -126,11 +152,51 @@ QString Project::path(const QString& fileName) const
     return QDir(folder).absoluteFilePath(fileName);
 }
 
+QVariant Project::setting(const QString& member) const
+{
+    QJsonValue value = QJsonDocument::fromJson(text).object();
+    for (const QString& each : member.split(QLatin1Char('.')))
+        value = value.toObject().value(each);
+    return value.isUndefined() ? QVariant() : value.toVariant();
+}
+
+tl::expected<Project, QString> Project::withSetting(const QString& member, const QVariant& value) const
+{
+    const QStringList path = member.split(QLatin1Char('.'));
+    if (path.contains(QString()))
+        return tl::make_unexpected(QStringLiteral("\"%1\" is no name of a setting").arg(member));
+    if (!value.isValid())
+        return parse(JsonMembers::without(text, path), folder);
+    const auto valueText = JsonMembers::textOf(value);
+    if (!valueText) {
+        return tl::make_unexpected(QStringLiteral("\"%1\": no project file can hold this value").arg(member));
+    }
+    const auto changed = JsonMembers::with(text, path, *valueText);
+    if (!changed)
+        return tl::make_unexpected(QStringLiteral("\"%1\" can't be set: %2").arg(member, changed.error()));
+    return parse(*changed, folder);
+}
+
+tl::expected<void, QString> Project::write() const
+{
+    QSaveFile file(settingsFile());
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+        return tl::make_unexpected(QStringLiteral("%1: can't be written: %2").arg(file.fileName(), file.errorString()));
+    return {};
+}
+
 QStringList Project::pages() const
 {
-    QStringList names;
-    const QDir pages(folder + QStringLiteral("/pages"));
-    for (const QFileInfo& file : pages.entryInfoList({QStringLiteral("*.pws")}, QDir::Files, QDir::Name))
-        names.append(file.completeBaseName());
-    return names;
+    QStringList others;
+    const QDir files(pageFolder());
+    for (const QFileInfo& file : files.entryInfoList({QStringLiteral("*.pws")}, QDir::Files, QDir::Name)) {
+        if (!removedPages.contains(file.completeBaseName()))
+            others.append(file.completeBaseName());
+    }
+    QStringList ordered;
+    for (const QString& page : pageOrder) {
+        if (others.removeOne(page))
+            ordered.append(page);
+    }
+    return ordered + others;
 }

@@ -62,6 +62,7 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
     : m_project(project),
       m_machineClock(options.machineClock ? options.machineClock : &QDateTime::currentMSecsSinceEpoch),
       m_isClockGiven(options.machineClock != nullptr),
+      m_projectManager(nullptr),
       m_core([this] { return QDateTime::fromMSecsSinceEpoch(nowMs(), Qt::UTC); }),
       m_dataService(m_database, *m_core.scadaCoreInterface()),
       m_alarms(m_database, *m_core.scadaCoreInterface()),
@@ -79,6 +80,8 @@ LiveSystem::LiveSystem(const Project& project, const Options& options)
     hub.setCanvasActionManagerFactory(&m_managers);
     m_core.setCanvasManager(&m_pages);
     m_core.setDatabaseManager(&m_control.users());
+    m_core.setProjectManager(&m_projectManager);
+    m_projectManager.setProject(m_project);
     m_managers.setPresentRecords([this](const auto& objects) { return m_dataService.presentRecords(objects); });
     m_database.setClock([this] { return nowMs(); });
     if (!m_project.timeZone.isEmpty())

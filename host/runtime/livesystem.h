@@ -6,6 +6,7 @@
 #include "host/control/controlsystem.h"
 #include "host/core/korvanecore.h"
 #include "host/core/project.h"
+#include "host/core/projectmanager.h"
 #include "host/core/propertymanager.h"
 #include "host/core/replayclock.h"
 #include "host/hostexport.h"
@@ -69,6 +70,8 @@ public:
     ControlSystem& control() { return m_control; }
     CanvasManager& pages() { return m_pages; }
     PropertyManager& properties() { return m_properties; }
+    /// The project in a window of its own, which is not shown unless asked for.
+    ProjectManager& projectManager() { return m_projectManager; }
     KorvaneCore& core() { return m_core; }
     ScriptEngine& scripts() { return m_scripts; }
     KorvaneTTSInterface& voice() { return m_voice; }
@@ -117,6 +120,7 @@ private:
     QStringList m_problems;
     RuntimeDatabase m_database;
     RuntimeStore m_store;
+    ProjectManager m_projectManager;
     PropertyManager m_properties;
     KorvaneCore m_core;
     DataService m_dataService;

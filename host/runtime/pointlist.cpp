@@ -350,3 +350,11 @@ tl::expected<QStringList, QString> PointList::load(const QString& path, RuntimeD
     }
     return problems;
 }
+
+QByteArray PointList::empty()
+{
+    QByteArrayList names;
+    for (const char* name : PointColumns::names)
+        names.append(name);
+    return names.join(',') + '\n';
+}

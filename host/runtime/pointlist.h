@@ -3,6 +3,7 @@
 #include "host/hostexport.h"
 #include "host/runtime/runtimedatabase.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -67,5 +68,8 @@ struct Result
 /// \returns what was left out and why, as read() tells it, or the reason why there is no list.
 [[nodiscard]] KORVANE_HOST_EXPORT tl::expected<QStringList, QString> load(const QString& path,
                                                                           RuntimeDatabase& database);
+
+/// A list without points: the header line with every column.
+[[nodiscard]] KORVANE_HOST_EXPORT QByteArray empty();
 
 } // namespace PointList

@@ -25,8 +25,11 @@ tl::expected<quint64, QString> recordSource(const LiveSystem::Options& options, 
         return tl::make_unexpected(system.error());
     DataService& service = (*system)->dataService();
     std::vector<SourcePoint> points;
-    for (const ObjectKey key : (*system)->database().objects(Korvane::ScadaObjectType::Point))
-        points.push_back({key, (*system)->database().object(key)->name, {}});
+    for (const ObjectKey key : (*system)->database().objects(Korvane::ScadaObjectType::Point)) {
+        const RuntimeDatabase::Object* object = (*system)->database().object(key);
+        if (object->control.kind != ControlSetting::Kind::Manual) // no source has those
+            points.push_back({key, object->name, {}});
+    }
     RecordingWriter writer(fileName, points);
     if (const auto opened = writer.open(); !opened)
         return tl::make_unexpected(opened.error());

@@ -152,6 +152,10 @@ private Q_SLOTS:
         row("a limit of scripts between two", "{'scriptLimitMs': 10.5}",
             "\"scriptLimitMs\" must be a whole number from 10 to 60000");
         row("security that is a number", "{'security': 1}", "\"security\" must be true or false");
+        row("pages that are a text", "{'pages': 'a'}", "\"pages\" must be a list of names");
+        row("a page that is a number", "{'pages': ['a', 5]}", "\"pages\" must be a list of names");
+        row("a removed page without a name", "{'removedPages': ['']}", "\"removedPages\" must be a list of names");
+        row("a file beyond all sense", QByteArray(1048577, ' ').constData(), "is larger than 1048576 bytes");
         row("the first of two", "{'tickMs': 5, 'name': 5}", "\"name\" must be a text");
     }
     void badSettings()
@@ -210,6 +214,102 @@ private Q_SLOTS:
         QCOMPARE(project->pages(), QStringList({QStringLiteral("a.b"), QStringLiteral("b")}));
         QVERIFY(QDir(folder.path() + QStringLiteral("/pages")).removeRecursively());
         QCOMPARE(project->pages(), QStringList());
+    }
+
+    void pagesHaveTheProjectsOrder_data()
+    {
+        QTest::addColumn<QByteArray>("settings");
+        QTest::addColumn<QStringList>("pages");
+        const auto row = [](const char* name, const char* settings, const char* pages) {
+            QTest::newRow(name) << json(settings) << QString::fromLatin1(pages).split(QLatin1Char(' '));
+        };
+        row("pages that are not listed follow by their names", "{'pages': ['c', 'a']}", "c a b d");
+        row("all are listed", "{'pages': ['d', 'c', 'b', 'a']}", "d c b a");
+        row("none is listed", "{'pages': []}", "a b c d");
+        row("listed ones that are missing are left out", "{'pages': ['x', 'b', 'y']}", "b a c d");
+        row("what is listed twice is there once", "{'pages': ['b', 'a', 'b']}", "b a c d");
+        row("removed ones are left out", "{'removedPages': ['b', 'x']}", "a c d");
+        row("also where they are listed", "{'pages': ['d', 'b'], 'removedPages': ['b']}", "d a c");
+    }
+    void pagesHaveTheProjectsOrder()
+    {
+        QFETCH(QByteArray, settings);
+        const TestFolder folder(settings);
+        for (const char* name : {"pages/d.pws", "pages/b.pws", "pages/a.pws", "pages/c.pws"})
+            folder.write(name, "");
+        const auto project = Project::read(folder.path());
+        QVERIFY2(project, project ? "" : qPrintable(project.error()));
+        QTEST(project->pages(), "pages");
+    }
+
+    void aSettingIsFoundByItsName()
+    {
+        const TestFolder folder(json("{'name': 'a', 'alarms': {'repeatMs': 5, 'areas': ['x', 'y']}, 'none': null}"));
+        const auto project = Project::read(folder.path());
+        QVERIFY(project);
+        QCOMPARE(project->setting(QStringLiteral("name")), QVariant(QStringLiteral("a")));
+        QCOMPARE(project->setting(QStringLiteral("alarms.repeatMs")).toInt(), 5);
+        QCOMPARE(project->setting(QStringLiteral("alarms.areas")).toStringList(),
+                 QStringList({QStringLiteral("x"), QStringLiteral("y")}));
+        QVERIFY(project->setting(QStringLiteral("none")).isValid());
+        for (const char* name : {"", "Name", "alarms.", "alarms.remindMs", "name.length", "alarms.repeatMs.x"})
+            QVERIFY2(!project->setting(QString::fromLatin1(name)).isValid(), name);
+    }
+
+    void aSettingIsSetInTheTextAlone()
+    {
+        const QByteArray before = json("{\n  'version': 1,   'odd' : [1,2],\n  'tickMs': 50\n}\n");
+        const TestFolder folder(before);
+        const auto project = Project::read(folder.path());
+        QVERIFY(project);
+        const auto changed = project->withSetting(QStringLiteral("tickMs"), 100);
+        QVERIFY(changed);
+        QVERIFY(changed->tick == std::chrono::milliseconds(100));
+        QCOMPARE(changed->text, QByteArray(before).replace("50", "100"));
+        QCOMPARE(changed->folder, project->folder);
+        QVERIFY(Project::read(folder.path())->tick == std::chrono::milliseconds(50));
+        QVERIFY(changed->write());
+        QVERIFY(Project::read(folder.path())->tick == std::chrono::milliseconds(100));
+    }
+
+    void aSettingThatCanNotBe_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("reason");
+        const auto row = [](const char* text, const char* name, const QVariant& value, const char* reason) {
+            QTest::newRow(text) << QString::fromLatin1(name) << value << QString::fromLatin1(reason);
+        };
+        row("a wrong value", "tickMs", 5, "\"tickMs\" must be a whole number from 10 to 1000");
+        row("a wrong value further in", "alarms.repeatMs", -1, "\"repeatMs\" must be a whole number from 0 to 3600000");
+        row("a newer version", "version", 2, "is of a newer version than this program knows (1)");
+        row("no name", "", 5, "\"\" is no name of a setting");
+        row("half a name", "alarms..x", 5, "\"alarms..x\" is no name of a setting");
+        row("a member of a text", "name.x", 5, "\"name.x\" can't be set: \"name\" is no object");
+        row("no JSON", "x", QDate(2026, 1, 1), "\"x\": no project file can hold this value");
+    }
+    void aSettingThatCanNotBe()
+    {
+        QFETCH(QString, name);
+        QFETCH(QVariant, value);
+        QFETCH(QString, reason);
+        const TestFolder folder(json("{'name': 'a'}"));
+        const auto project = Project::read(folder.path());
+        QVERIFY(project);
+        const auto changed = project->withSetting(name, value);
+        QVERIFY(!changed);
+        QVERIFY2(changed.error().endsWith(reason), qPrintable(changed.error()));
+    }
+
+    void whatCanNotBeWritten()
+    {
+        const TestFolder folder;
+        const auto project = Project::read(folder.path());
+        QVERIFY(project);
+        QVERIFY(QDir(folder.path()).removeRecursively());
+        const auto written = project->write();
+        QVERIFY(!written);
+        QVERIFY2(written.error().startsWith(project->settingsFile()), qPrintable(written.error()));
     }
 };
 
