@@ -1,6 +1,7 @@
 #include "apps/runtime/operatorstation.h"
 
 #include "apps/runtime/operationdock.h"
+#include "host/accountview/accountsdialog.h"
 #include "host/accountview/changepassworddialog.h"
 #include "host/accountview/firstaccountdialog.h"
 #include "host/accountview/logondialog.h"
@@ -47,6 +48,7 @@ void OperatorStation::fillMenu(QMenu& menu)
         menu.addAction(tr("&Log on..."), this, &OperatorStation::logOn, QKeySequence(Qt::CTRL + Qt::Key_L));
         m_logOff = menu.addAction(tr("Log &off"), this, [this] { m_system.control().manager().endSession(); });
         m_changePassword = menu.addAction(tr("Change &password..."), this, &OperatorStation::changePassword);
+        m_accounts = menu.addAction(tr("User &accounts..."), this, &OperatorStation::editAccounts);
         menu.addSeparator();
     }
     menu.addAction(tr("&Summary of all points"), this, &OperatorStation::showSummary, QKeySequence(Qt::Key_F6));
@@ -88,6 +90,12 @@ void OperatorStation::changePassword()
     dialog.exec();
 }
 
+void OperatorStation::editAccounts()
+{
+    AccountsDialog dialog(m_system.control().accounts(), m_system.control().users(), &m_window);
+    dialog.exec();
+}
+
 void OperatorStation::showSession()
 {
     const auto& account = m_system.control().users().currentAccount();
@@ -95,6 +103,8 @@ void OperatorStation::showSession()
         m_logOff->setEnabled(account.has_value());
     if (m_changePassword)
         m_changePassword->setEnabled(account.has_value());
+    if (m_accounts)
+        m_accounts->setEnabled(m_system.control().users().may(AccountRole::Administrator, {}));
     m_user->setVisible(m_system.project().isSecured);
     m_user->setText(account ? tr("%1 (%2)", "user, role").arg(account->name, account->role)
                             : tr("Nobody is logged on"));

@@ -49,6 +49,7 @@ Q_SIGNALS:
 private:
     void logOn();
     void changePassword();
+    void editAccounts();
     void showSession();
     void showSummary();
     void tellEnd(const ScadaOperationMessage& message);
@@ -61,5 +62,6 @@ private:
     QLabel* m_user;
     QAction* m_logOff = nullptr;
     QAction* m_changePassword = nullptr;
+    QAction* m_accounts = nullptr;
     QPointer<SummaryWindow> m_summary;
 };

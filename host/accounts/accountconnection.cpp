@@ -17,7 +17,8 @@ using Driver = AccountSettings::Driver;
 // connection that there is. A workplace that was switched off in a transaction gives its lock back.
 constexpr auto serverOptions = "connect_timeout=2;keepalives=1;keepalives_idle=2;keepalives_interval=1;"
                                "keepalives_count=2;tcp_user_timeout=2000;"
-                               "options='-c statement_timeout=2000 -c idle_in_transaction_session_timeout=5000'";
+                               "options='-c statement_timeout=2000 -c idle_in_transaction_session_timeout=5000 "
+                               "-c client_min_messages=warning'";
 
 // One transaction makes them all, so that the number's row, made last, tells whether they are there.
 constexpr const char* tables[] = {

@@ -191,8 +191,15 @@ tl::expected<void, QString> AccountDatabase::setLocked(const QString& name, bool
 tl::expected<bool, QString> AccountDatabase::isLocked(const QString& name) const
 {
     return tables().and_then([&name](const AccountTables& tables) {
-        return tables.numberOf(name).and_then([&tables](qint32 number) { return tables.isLocked(number); });
+        return tables.numberOf(name).and_then([&tables](qint32 number) {
+            return tables.locked().map([number](const QSet<qint32>& numbers) { return numbers.contains(number); });
+        });
     });
+}
+
+tl::expected<QSet<qint32>, QString> AccountDatabase::lockedAccounts() const
+{
+    return tables().and_then([](const AccountTables& tables) { return tables.locked(); });
 }
 
 tl::expected<AccountDatabase::Secret, QString> AccountDatabase::secret(const QString& name) const

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -69,6 +70,8 @@ public:
     [[nodiscard]] tl::expected<void, QString> setLocked(const QString& name, bool locked);
     /// \returns an error when there is no such account
     tl::expected<bool, QString> isLocked(const QString& name) const;
+    /// Numbers of all accounts that are kept from logging on.
+    tl::expected<QSet<qint32>, QString> lockedAccounts() const;
 
     /// What is known of an account's password; the hash of an account that there is not is one that no password has,
     /// which costs as long to compare.

@@ -117,10 +117,13 @@ tl::expected<qint32, QString> AccountTables::numberOf(const QString& name) const
     return query->value(0).toInt();
 }
 
-tl::expected<bool, QString> AccountTables::isLocked(qint32 number) const
+tl::expected<QSet<qint32>, QString> AccountTables::locked() const
 {
-    return run("SELECT LOCKED FROM SYSTEM_USER_PASSWORD WHERE NUMBER = ?", {number}).map([](QSqlQuery query) {
-        return !query.next() || query.value(0).toInt() != 0; // nobody logs on without a password
+    return run("SELECT NUMBER FROM SYSTEM_USER_PASSWORD WHERE LOCKED <> 0").map([](QSqlQuery query) {
+        QSet<qint32> numbers;
+        while (query.next())
+            numbers.insert(query.value(0).toInt());
+        return numbers;
     });
 }
 

@@ -22,7 +22,8 @@ public:
     tl::expected<std::optional<EUserAccount>, QString> find(const QString& name) const;
     /// \returns an error when there is no such account
     tl::expected<qint32, QString> numberOf(const QString& name) const;
-    tl::expected<bool, QString> isLocked(qint32 number) const;
+    /// Numbers of the accounts that are locked.
+    tl::expected<QSet<qint32>, QString> locked() const;
     tl::expected<AccountDatabase::Secret, QString> secret(const QString& name) const;
 
     /// Makes other workplaces wait with their changes until the transaction ends.

@@ -56,6 +56,17 @@ private Q_SLOTS:
         QVERIFY(project->isSecured);
     }
 
+    void accountsAreWhereTheProjectSays()
+    {
+        const TestFolder folder(json("{'accounts': {'driver': 'QPSQL', 'host': 'db.plant', 'database': 'users',\n"
+                                     " 'user': 'hmi', 'passwordFile': 'db.txt'}}"));
+        const auto project = Project::read(folder.path());
+        QVERIFY2(project, project ? "" : qPrintable(project.error()));
+        QVERIFY(project->accounts.driver == AccountSettings::Driver::PostgreSql);
+        QCOMPARE(project->accounts.host, QStringLiteral("db.plant"));
+        QCOMPARE(project->accounts.passwordFile, folder.path() + QStringLiteral("/db.txt"));
+    }
+
     void noSettingIsNeeded()
     {
         const TestFolder folder;
@@ -68,6 +79,8 @@ private Q_SLOTS:
         QVERIFY(project->tick == std::chrono::milliseconds(50));
         QVERIFY(project->scriptLimit == std::chrono::seconds(2));
         QVERIFY(!project->isSecured);
+        QVERIFY(project->accounts.driver == AccountSettings::Driver::Sqlite);
+        QCOMPARE(project->accounts.fileName, folder.path() + QStringLiteral("/accounts.db"));
     }
 
     void aFolderMayEndWithASlash()
@@ -151,6 +164,8 @@ private Q_SLOTS:
             "\"scriptLimitMs\" must be a whole number from 10 to 60000");
         row("a limit of scripts between two", "{'scriptLimitMs': 10.5}",
             "\"scriptLimitMs\" must be a whole number from 10 to 60000");
+        row("accounts that are a text", "{'accounts': 'accounts.db'}", "\"accounts\" must be an object");
+        row("accounts without a host", "{'accounts': {'driver': 'QPSQL'}}", "\"accounts\": \"host\" is missing");
         row("security that is a number", "{'security': 1}", "\"security\" must be true or false");
         row("pages that are a text", "{'pages': 'a'}", "\"pages\" must be a list of names");
         row("a page that is a number", "{'pages': ['a', 5]}", "\"pages\" must be a list of names");
