@@ -35,7 +35,8 @@ PointSelectWidget::PointSelectWidget(QWidget* parent)
 
 PointSelectWidget::~PointSelectWidget()
 {
-    delete m_browser; // here, while this is still the widget that it reports its end to
+    // Here, while this is still the widget that they report their end to; a forgotten one too.
+    qDeleteAll(findChildren<PointBrowserDialog*>(QString(), Qt::FindDirectChildrenOnly));
 }
 
 QString PointSelectWidget::getTagString() const

@@ -4,12 +4,12 @@
 #include "scada/actions/scripthandlernames.h"
 #include "tests/scada/editedsetting.h"
 #include "tests/support/markingtranslator.h"
+#include "tests/support/narrowstyle.h"
 #include "tests/support/offscreenwarnings.h"
 
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
-#include <QProxyStyle>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -18,29 +18,6 @@
 static_assert(ScriptHandlerNames::onLogout.size() == 8 && ScriptHandlerNames::onLogout.data()[0] == 'o');
 
 namespace {
-
-/// A style whose layouts keep other distances than the form, so that the form's own show.
-class NarrowStyle : public QProxyStyle
-{
-public:
-    NarrowStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
-
-    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
-    {
-        switch (metric) {
-        case PM_LayoutLeftMargin:
-        case PM_LayoutTopMargin:
-        case PM_LayoutRightMargin:
-        case PM_LayoutBottomMargin:
-            return 3;
-        case PM_LayoutHorizontalSpacing:
-        case PM_LayoutVerticalSpacing:
-            return 2;
-        default:
-            return QProxyStyle::pixelMetric(metric, option, widget);
-        }
-    }
-};
 
 /// Keeps why a widget got the focus, each time.
 class FocusReasons : public QObject
