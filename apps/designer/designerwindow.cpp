@@ -1,8 +1,13 @@
 #include "apps/designer/designerwindow.h"
 
+#include "apps/designer/bindingdock.h"
 #include "apps/designer/objectdock.h"
+#include "apps/designer/pointdock.h"
 #include "host/canvas/canvasview.h"
+#include "host/design/accessdialog.h"
+#include "host/design/bindpointdialog.h"
 #include "host/design/designdocument.h"
+#include "host/design/pointdrop.h"
 #include "host/scripting/scripttrust.h"
 #include "host/scripting/trustbar.h"
 #include "scada/actions/korvanescriptoreditor.h"
@@ -58,6 +63,8 @@ DesignerWindow::DesignerWindow(DesignSystem& system, QWidget* parent)
     : QMainWindow(parent),
       m_system(system),
       m_objects(new ObjectDock(this)),
+      m_points(new PointDock(this)),
+      m_binding(new BindingDock(this)),
       m_scriptDock(new QDockWidget(this)),
       m_trust(new TrustBar(system.project().folder, this)),
       m_content(new QWidget(this)),
@@ -83,6 +90,7 @@ DesignerWindow::DesignerWindow(DesignSystem& system, QWidget* parent)
 DesignerWindow::~DesignerWindow()
 {
     m_objects->showDocument(nullptr);
+    m_binding->showShape(nullptr, nullptr);
     delete m_scripts; // they show the document, which goes before the window's children
     delete m_view;
 }
@@ -92,9 +100,13 @@ void DesignerWindow::buildDocks()
     addDockWidget(Qt::LeftDockWidgetArea, m_objects);
     m_scriptDock->setObjectName(QStringLiteral("scripts"));
     m_scriptDock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    addDockWidget(Qt::LeftDockWidgetArea, m_points);
+    addDockWidget(Qt::RightDockWidgetArea, m_binding);
     addDockWidget(Qt::BottomDockWidgetArea, m_scriptDock);
-    resizeDocks({m_objects}, {320}, Qt::Horizontal);
-    resizeDocks({m_scriptDock}, {420}, Qt::Vertical);
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    resizeDocks({m_objects, m_binding}, {320, 300}, Qt::Horizontal);
+    resizeDocks({m_scriptDock}, {360}, Qt::Vertical);
+    resizeDocks({m_objects, m_points}, {400, 400}, Qt::Vertical);
     connect(m_objects, &ObjectDock::selected, this, &DesignerWindow::select);
 }
 
@@ -109,7 +121,29 @@ void DesignerWindow::buildMenus()
     m_trustAction = file->addAction(tr("&Run this project's scripts..."), m_trust, &QWidget::show);
     m_trustAction->setVisible(!m_system.scripts().isEnabled());
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    buildEditMenus();
+    buildViewMenu();
+}
 
+void DesignerWindow::buildEditMenus()
+{
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    QAction* undo = m_undo.createUndoAction(this, tr("&Undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    QAction* redo = m_undo.createRedoAction(this, tr("&Redo"));
+    redo->setShortcuts({QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_Z), QKeySequence(Qt::CTRL + Qt::Key_Y)});
+    edit->addActions({undo, redo});
+    edit->addSeparator();
+    m_bindAction =
+        edit->addAction(tr("&Bind point..."), this, &DesignerWindow::bindPoint, QKeySequence(Qt::CTRL + Qt::Key_B));
+    m_bindAction->setEnabled(false);
+
+    QMenu* page = menuBar()->addMenu(tr("&Page"));
+    page->addAction(tr("&Access rights..."), this, &DesignerWindow::editAccess);
+}
+
+void DesignerWindow::buildViewMenu()
+{
     QMenu* view = menuBar()->addMenu(tr("&View"));
     const auto zoom = [this](double factor) {
         if (m_view)
@@ -130,7 +164,9 @@ void DesignerWindow::buildMenus()
         tr("Zoom &out"), this, [zoom] { zoom(1 / zoomStep); }, QKeySequence::ZoomOut);
     view->addSeparator();
     view->addAction(tr("Select the &page"), this, [this] { select(nullptr); });
-    view->addAction(m_objects->toggleViewAction());
+    for (const QDockWidget* dock : {static_cast<QDockWidget*>(m_objects), static_cast<QDockWidget*>(m_points),
+                                    static_cast<QDockWidget*>(m_binding)})
+        view->addAction(dock->toggleViewAction());
 }
 
 void DesignerWindow::openByUser(const QString& name)
@@ -147,6 +183,7 @@ tl::expected<void, QString> DesignerWindow::openPage(const QString& name)
     if (!opened)
         return tl::make_unexpected(opened.error());
     m_objects->showDocument(nullptr);
+    m_binding->showShape(nullptr, nullptr);
     delete m_scripts;
     m_scripts = nullptr;
     delete m_view;
@@ -163,6 +200,18 @@ void DesignerWindow::showDocument()
     m_view->setOperated(false);
     m_content->layout()->addWidget(m_view);
     connect(m_view, &CanvasView::clicked, this, &DesignerWindow::select);
+    const auto* drop = new PointDrop(*m_view, *m_document, m_view);
+    connect(drop, &PointDrop::dropped, this, &DesignerWindow::select);
+    connect(m_document.get(), &DesignDocument::bindingsChanged, this, &DesignerWindow::heedBinding);
+    // Its scripts are kept with it, as they stand in the editor.
+    connect(m_document.get(), &DesignDocument::shapeAboutToGo, this, [this](const Shape* shape) {
+        if (shape != m_selected)
+            return;
+        keepScripts();
+        showSelected(nullptr);
+    });
+    m_undo.addStack(&m_document->undoStack());
+    m_undo.setActiveStack(&m_document->undoStack());
     m_objects->showDocument(m_document.get());
     const QStringList problems = m_system.problems() + m_document->page().problems;
     m_problems->setText(problems.isEmpty()
@@ -170,16 +219,41 @@ void DesignerWindow::showDocument()
                             : tr("%n problem(s), the first: ", nullptr, problems.size()) + problems.constFirst());
     m_problems->setToolTip(problems.join(QLatin1Char('\n')));
     heedModification();
-    showScripts();
+    showSelected(nullptr);
 }
 
 void DesignerWindow::select(Shape* shape)
 {
     if (!m_document || shape == m_selected)
         return;
-    keepScripts();
+    keepEdits();
+    showSelected(shape);
+}
+
+void DesignerWindow::showSelected(Shape* shape)
+{
     m_selected = shape;
     showScripts();
+    heedBinding();
+}
+
+void DesignerWindow::heedBinding()
+{
+    m_bindAction->setEnabled(m_selected && m_document->canBind(*m_selected));
+}
+
+void DesignerWindow::bindPoint()
+{
+    BindPointDialog(*m_document, *m_selected, this).exec();
+}
+
+void DesignerWindow::editAccess()
+{
+    if (!m_document)
+        return;
+    AccessDialog dialog(m_system.core(), m_document->page().access, this);
+    if (dialog.exec() == QDialog::Accepted)
+        m_document->setAccess(dialog.access());
 }
 
 // An editor of its own for each object, which so has its own history of changes.
@@ -188,6 +262,7 @@ void DesignerWindow::showScripts()
     delete m_scripts;
     m_view->setSelected(m_selected);
     m_objects->select(m_selected);
+    m_binding->showShape(m_document.get(), m_selected);
     m_scriptDock->setWindowTitle(tr("Scripts of %1").arg(ObjectDock::nameOf(*m_document, m_selected)));
     m_scripts = new ScriptOperationSetting(&m_document->trialCanvas(), &m_system.scripts(), m_scriptDock);
     m_scripts->init(eventTypes());
@@ -250,11 +325,17 @@ void DesignerWindow::keepScripts()
     heedModification();
 }
 
+void DesignerWindow::keepEdits()
+{
+    keepScripts();
+    m_binding->commit();
+}
+
 bool DesignerWindow::save()
 {
     if (!m_document)
         return true;
-    keepScripts();
+    keepEdits();
     if (m_document->isFileChanged()) {
         const auto answer = QMessageBox::question(
             this, tr("Designer"),
@@ -273,7 +354,7 @@ bool DesignerWindow::save()
 // Whether the page may be left: saved, unchanged, or given up by the user.
 bool DesignerWindow::mayLeave()
 {
-    keepScripts();
+    keepEdits();
     if (!m_document || !m_document->isModified())
         return true;
     const auto answer =

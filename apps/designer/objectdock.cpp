@@ -52,8 +52,11 @@ void ObjectDock::showDocument(const DesignDocument* document)
     m_document = document;
     m_filter.clear();
     fill();
-    if (document)
+    if (document) {
         connect(document, &DesignDocument::scriptsChanged, this, &ObjectDock::markScripts);
+        connect(document, &DesignDocument::shapeAdded, this, &ObjectDock::refill);
+        connect(document, &DesignDocument::shapeGone, this, &ObjectDock::refill);
+    }
 }
 
 void ObjectDock::fill()
@@ -78,6 +81,14 @@ void ObjectDock::fill()
     for (auto each = m_items.constBegin(); each != m_items.constEnd(); ++each)
         markScripts(each.key());
     m_tree.expandAll();
+}
+
+void ObjectDock::refill()
+{
+    const Shape* selected = m_items.key(m_tree.currentItem());
+    fill();
+    filter(m_filter.text());
+    select(selected);
 }
 
 void ObjectDock::markScripts(const Shape* shape)

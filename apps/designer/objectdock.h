@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 private:
     void fill();
+    void refill();
     void markScripts(const Shape* shape);
     void filter(const QString& text);
     void tell(QTreeWidgetItem* item);

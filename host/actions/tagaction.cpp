@@ -106,6 +106,21 @@ void TagAction::setTags(const QStringList& tags)
         addTarget(ObjectTarget::fromTagString(tag));
 }
 
+void TagAction::setTag(int place, const QString& tag)
+{
+    m_failed.clear();
+    Binding& binding = m_bindings.at(static_cast<std::size_t>(place));
+    binding.target = ObjectTarget::fromTagString(tag);
+    binding.tag = tag;
+}
+
+void TagAction::removeValue(int place)
+{
+    m_failed.clear();
+    Q_ASSERT(place >= 0 && static_cast<std::size_t>(place) < m_bindings.size());
+    m_bindings.erase(m_bindings.begin() + place);
+}
+
 void TagAction::addTarget(const ObjectTarget& target, const QByteArray& unknownMembers)
 {
     const QString tag = target.getTagString();

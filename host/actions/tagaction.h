@@ -55,6 +55,10 @@ public:
     /// The tags of the action's values in their order, without those of its rules, as the engineer wrote them.
     QStringList tags() const;
     void setTags(const QStringList& tags);
+    /// Replaces the tag of the value at \p place, which there must be; what is stored with it besides stays.
+    void setTag(int place, const QString& tag);
+    /// Takes the value at \p place, which there must be, away; those behind it move up.
+    void removeValue(int place);
     /// Adds a value; \p target is taken as it is, with what its stored record said.
     /// \param unknownMembers what is stored with it that this program does not know, kept for saving
     void addTarget(const ObjectTarget& target, const QByteArray& unknownMembers = {});

@@ -1,5 +1,6 @@
 #include "host/canvas/canvas.h"
 
+#include <algorithm>
 #include <utility>
 
 Canvas::Canvas(const QString& name, QObject* parent) : QObject(parent), m_name(name)
@@ -48,6 +49,12 @@ Layer& Canvas::addLayer(const QString& name)
     return *m_layers.back();
 }
 
+void Canvas::removeTopLayer()
+{
+    Q_ASSERT(!m_layers.empty() && m_layers.back()->shapes().empty());
+    m_layers.pop_back();
+}
+
 void Canvas::setLayerVisible(Layer& layer, bool visible)
 {
     if (layer.m_isVisible == visible)
@@ -73,6 +80,27 @@ Shape& Canvas::addShape(Layer& layer, std::unique_ptr<Shape> shape)
     layer.m_shapes.push_back(std::move(shape));
     Q_EMIT rearranged();
     return added;
+}
+
+std::unique_ptr<Shape> Canvas::takeShape(Shape& shape)
+{
+    std::unique_ptr<Shape> taken;
+    for (const auto& layer : m_layers) {
+        auto& shapes = layer->m_shapes;
+        const auto found =
+            std::find_if(shapes.begin(), shapes.end(), [&shape](const auto& each) { return each.get() == &shape; });
+        if (found == shapes.end())
+            continue;
+        taken = std::move(*found);
+        shapes.erase(found);
+        break;
+    }
+    Q_ASSERT(taken);
+    shape.setListener(nullptr);
+    shape.setLayer(nullptr);
+    m_changed.erase(std::remove(m_changed.begin(), m_changed.end(), &shape), m_changed.end());
+    Q_EMIT rearranged();
+    return taken;
 }
 
 void Canvas::reserve(Layer& layer, std::size_t count)

@@ -39,11 +39,15 @@ public:
     const std::vector<std::unique_ptr<Layer>>& layers() const { return m_layers; }
     /// A new layer above those there are.
     Layer& addLayer(const QString& name);
+    /// Takes the topmost layer away, which must not have shapes.
+    void removeTopLayer();
     void setLayerVisible(Layer& layer, bool visible);
     void setMarksShown(Layer& layer, bool shown);
 
     /// Puts \p shape on top of \p layer's.
     Shape& addShape(Layer& layer, std::unique_ptr<Shape> shape);
+    /// Gives \p shape, which must be one of the page's, to the caller; what drives it must have been taken before.
+    std::unique_ptr<Shape> takeShape(Shape& shape);
     /// Makes room for that many more shapes.
     void reserve(Layer& layer, std::size_t count);
 

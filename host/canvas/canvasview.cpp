@@ -223,8 +223,13 @@ QRect CanvasView::viewportRect(const ::Shape& shape) const
 
 QRect CanvasView::viewportRect(const ::Shape& shape, const QRectF& part) const
 {
+    return viewportRect(shape.mapRectToScene(part));
+}
+
+QRect CanvasView::viewportRect(const QRectF& part) const
+{
     const double ratio = viewport()->devicePixelRatioF();
-    const QRectF device = m_renderer.transform().mapRect(shape.mapRectToScene(part));
+    const QRectF device = m_renderer.transform().mapRect(part);
     return QRectF(device.topLeft() / ratio, device.size() / ratio).toAlignedRect();
 }
 

@@ -47,6 +47,8 @@ public:
     QRect viewportRect(const ::Shape& shape) const;
     /// The same for a part of it, in the shape's own coordinates.
     QRect viewportRect(const ::Shape& shape, const QRectF& part) const;
+    /// Where a part of the page lies in the viewport.
+    QRect viewportRect(const QRectF& part) const;
     /// Scrolls as little as brings the shape into sight.
     void ensureSeen(const ::Shape& shape);
 

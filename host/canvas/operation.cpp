@@ -17,7 +17,20 @@ constexpr std::array<std::pair<Kind, const char*>, 6> kindNames = {{
     {Kind::EnterValue, "enter"},
 }};
 
+template <typename Record>
+bool isSame(const std::shared_ptr<Record>& a, const std::shared_ptr<Record>& b)
+{
+    return a && b ? a->isEqual(*b) : !a && !b;
+}
+
 } // namespace
+
+bool Operation::isEqual(const Operation& other) const
+{
+    return kind == other.kind && tag == other.tag && value == other.value && key == other.key &&
+           unknown == other.unknown && isSame(input.numberInputParam, other.input.numberInputParam) &&
+           isSame(input.enumInputParam, other.input.enumInputParam);
+}
 
 QString Operation::kindName(Kind kind)
 {

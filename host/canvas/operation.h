@@ -28,6 +28,8 @@ struct KORVANE_HOST_EXPORT Operation
     /// saving.
     QByteArray unknown = {};
 
+    bool isEqual(const Operation& other) const;
+
     /// The kind's name as page files hold it: "select", "operate", "setpoint", "raise", "lower", "enter".
     static QString kindName(Kind kind);
     /// \returns nothing for a name that is no kind's.

@@ -14,6 +14,7 @@ tl::expected<std::unique_ptr<DesignSystem>, QString> DesignSystem::open(const QS
     if (!loaded)
         return tl::make_unexpected(loaded.error());
     system->m_problems = *loaded;
+    system->openAccounts();
     return system;
 }
 
@@ -30,6 +31,16 @@ DesignSystem::DesignSystem(const Project& project)
     m_scripts.setPageNames([this] { return m_project.pages(); });
     PointDirectory::registerDirectory(&m_database);
     SvgSymbol::setSearchPaths({m_project.symbolFolder()});
+}
+
+// A page's access names accounts; a project without user security has none.
+void DesignSystem::openAccounts()
+{
+    if (!m_project.isSecured)
+        return;
+    if (const auto opened = m_accounts.open(m_project.accounts); !opened)
+        m_problems.append(opened.error());
+    UserAccountDatabase::registerDatabase(&m_accounts);
 }
 
 DesignSystem::~DesignSystem()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/accounts/accountdatabase.h"
 #include "host/actions/canvasactionmanagerfactory.h"
 #include "host/core/korvanecore.h"
 #include "host/core/project.h"
@@ -29,6 +30,7 @@ public:
 
     const Project& project() const { return m_project; }
     const RuntimeDatabase& database() const { return m_database; }
+    KorvaneCore& core() { return m_core; }
     ScriptEngine& scripts() { return m_scripts; }
     /// What went wrong so far, oldest first.
     const QStringList& problems() const { return m_problems; }
@@ -39,10 +41,12 @@ public:
 
 private:
     explicit DesignSystem(const Project& project);
+    void openAccounts();
 
     Project m_project;
     QStringList m_problems;
     RuntimeDatabase m_database;
+    AccountDatabase m_accounts;
     PropertyManager m_properties;
     KorvaneCore m_core;
     CanvasActionManagerFactory m_managers;

@@ -1,6 +1,7 @@
 #include "platform/ui/pointtreemodel.h"
 
 #include "platform/data/datalinkinfo.h"
+#include "platform/ui/kvpointmimedata.h"
 
 #include <QLocale>
 #include <QStringMatcher>
@@ -252,4 +253,24 @@ QVariant PointTreeModel::headerData(int section, Qt::Orientation orientation, in
         return QAbstractItemModel::headerData(section, orientation, role);
     const QString titles[ColumnCount] = {tr("Name"), tr("Description"), tr("Kind"), tr("Number")};
     return section >= 0 && section < ColumnCount ? titles[section] : QVariant();
+}
+
+Qt::ItemFlags PointTreeModel::flags(const QModelIndex& index) const
+{
+    const Qt::ItemFlags flags = QAbstractItemModel::flags(index);
+    return objectAt(index) ? flags | Qt::ItemIsDragEnabled : flags;
+}
+
+QStringList PointTreeModel::mimeTypes() const
+{
+    return {KVPointMimeData::format()};
+}
+
+QMimeData* PointTreeModel::mimeData(const QModelIndexList& indexes) const
+{
+    for (const QModelIndex& index : indexes) {
+        if (objectAt(index))
+            return new KVPointMimeData(item(index));
+    }
+    return nullptr;
 }

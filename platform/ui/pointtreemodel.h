@@ -7,6 +7,7 @@
 
 #include <QAbstractItemModel>
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -14,6 +15,8 @@ class QStringMatcher;
 
 /// The objects of a point directory as a tree: the stations, and under each its points, units and lines, in the
 /// directory's order. What a filter leaves of 100,000 objects is there before the user strikes the next key.
+///
+/// A view that allows drags drags one object at a time, as KVPointMimeData.
 ///
 /// A change of the filter resets the model.
 class KORVANE_PLATFORM_EXPORT PointTreeModel : public QAbstractItemModel
@@ -52,6 +55,10 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    QStringList mimeTypes() const override;
+    /// Of the first object among \p indexes; null without one.
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
 private:
     struct Station

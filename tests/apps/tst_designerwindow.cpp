@@ -3,14 +3,17 @@
 #include "apps/designer/designerwindow.h"
 #include "host/canvas/canvasview.h"
 #include "host/design/designdocument.h"
+#include "platform/ui/kvpointmimedata.h"
 #include "scada/actions/korvanescriptoreditor.h"
 #include "tests/support/offscreenwarnings.h"
 #include "tests/support/ownsettings.h"
 #include "tests/support/testproject.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QDragEnterEvent>
 #include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
@@ -152,18 +155,48 @@ struct Designer
         QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
     }
     void tryScript() const { QTest::keyClick(&editor(), Qt::Key_F5); }
-    void trigger(const char* menuTitle, const char* entry) const
+    QAction* action(const char* menuTitle, const char* entry) const
     {
         for (const QMenu* menu : window->findChildren<QMenu*>()) {
-            for (QAction* action : menu->actions()) {
+            for (QAction* each : menu->actions()) {
                 if (menu->title().remove(QLatin1Char('&')) == text(menuTitle) &&
-                    action->text().remove(QLatin1Char('&')) == text(entry)) {
-                    action->trigger();
-                    return;
-                }
+                    each->text().remove(QLatin1Char('&')) == text(entry))
+                    return each;
             }
         }
         qFatal("no entry %s", entry);
+    }
+    void trigger(const char* menuTitle, const char* entry) const { action(menuTitle, entry)->trigger(); }
+    /// Drops a point of the list on the page, as a drag from the tree of points does.
+    void dropPoint(const char* name, const QPointF& page) const
+    {
+        const bool isAnalog = text(name) == text("FLOW");
+        const KVPointMimeData data(
+            {isAnalog ? Korvane::ScadaObjectType::AnalogPoint : Korvane::ScadaObjectType::DigitalPoint,
+             isAnalog ? 200001 : 100001,
+             text(name),
+             text(name),
+             {},
+             {}});
+        const QPoint place = view().renderer().transform().map(page).toPoint();
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(view().viewport(), &enter);
+        QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(view().viewport(), &drop);
+    }
+    /// Where the selected shape's first tag stands; null without one.
+    QLineEdit* pointLine() const
+    {
+        for (QLineEdit* line : dock("binding").findChildren<QLineEdit*>(text("pointNameEdit"))) {
+            if (line->isVisible())
+                return line;
+        }
+        return nullptr;
+    }
+    QString tagOf(const char* name) const
+    {
+        const std::vector<ShapeBinding> bindings = document().bindings(*shape(name));
+        return bindings.empty() ? QString() : bindings.front().tag;
     }
     QString scriptsOf(const Shape* shape) const
     {
@@ -665,6 +698,104 @@ private Q_SLOTS:
         designer.trigger("File", "Save");
         QCOMPARE(designer.title(), text("[*] - test plant"));
         QVERIFY(designer.window->close());
+    }
+
+    void aDroppedPointIsSelectedAndUndone()
+    {
+        const Designer designer;
+        designer.dropPoint("FLOW", onBackground);
+        const Shape* made = designer.shape("FLOW");
+        QVERIFY(made);
+        QCOMPARE(designer.window->selected(), made);
+        QCOMPARE(designer.tree().currentItem(), designer.item("FLOW"));
+        QCOMPARE(designer.item("FLOW")->text(1), text("ReadOut"));
+        QVERIFY(designer.isModified());
+        QTest::keyClick(designer.window.get(), Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(!designer.shape("FLOW"));
+        QVERIFY(!designer.item("FLOW"));
+        QVERIFY(!designer.window->selected());
+        QVERIFY(!designer.isModified());
+        QTest::keyClick(designer.window.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(designer.item("FLOW"));
+        designer.save();
+        QVERIFY(designer.file().contains("\"FLOW\""));
+        QVERIFY(!designer.isModified());
+    }
+
+    void scriptsOfAShapeThatIsTakenBackAreKept()
+    {
+        const Designer designer;
+        designer.dropPoint("FLOW", onBackground);
+        designer.type("log.info(2)"); // not kept by anything before
+        designer.window->document()->undoStack().undo();
+        QVERIFY(!designer.window->selected());
+        designer.window->document()->undoStack().redo();
+        QCOMPARE(designer.scriptsOf(designer.shape("FLOW")), text("8: log.info(2)"));
+        QVERIFY(designer.item("FLOW")->font(0).bold());
+    }
+
+    void theBindingOfTheSelectedShapeIsEdited()
+    {
+        const Designer designer;
+        QVERIFY(!designer.pointLine());
+        designer.clickView(onText);
+        QLineEdit& line = *designer.pointLine();
+        line.setFocus();
+        QTest::keyClicks(&line, text("FLOW"));
+        designer.clickView(onBox); // whoever looks elsewhere is done
+        QCOMPARE(designer.tagOf("text"), text("FLOW"));
+        QVERIFY(!designer.pointLine());
+        designer.clickView(onText);
+        designer.pointLine()->setFocus();
+        QTest::keyClicks(designer.pointLine(), text(":TodayMean"));
+        designer.save(); // and whoever saves
+        QVERIFY(designer.file().contains("\"FLOW:TodayMean\""));
+        QVERIFY(!designer.isModified());
+    }
+
+    void aPointIsBoundByTheMenu()
+    {
+        const Designer designer;
+        QVERIFY(!designer.action("Edit", "Bind point...")->isEnabled());
+        designer.clickView(onBox);
+        QVERIFY(!designer.action("Edit", "Bind point...")->isEnabled()); // a rectangle shows nothing
+        designer.clickView(onText);
+        QVERIFY(designer.action("Edit", "Bind point...")->isEnabled());
+        QTimer::singleShot(0, [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            QTest::keyClicks(dialog->findChild<QLineEdit*>(text("pointNameEdit")), text("PUMP"));
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        designer.trigger("Edit", "Bind point...");
+        QCOMPARE(designer.tagOf("text"), text("PUMP"));
+        designer.trigger("Edit", "Undo Bind to PUMP");
+        QCOMPARE(designer.tagOf("text"), QString());
+    }
+
+    void accessRightsAreEdited()
+    {
+        const Designer designer;
+        QTimer::singleShot(0, [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            dialog->findChild<QCheckBox*>(text("userPagePermission"))->click();
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        designer.trigger("Page", "Access rights...");
+        QVERIFY(designer.document().page().access.isProtected);
+        QVERIFY(designer.isModified());
+        designer.trigger("Edit", "Undo Change the access rights");
+        QVERIFY(!designer.isModified());
+    }
+
+    void anotherPageHasItsOwnHistory()
+    {
+        const Designer designer;
+        designer.dropPoint("FLOW", onBackground);
+        QVERIFY(designer.window->openPage(text("empty")));
+        QVERIFY(!designer.action("Edit", "Undo")->isEnabled());
+        QVERIFY(!designer.action("Edit", "Bind point...")->isEnabled());
+        designer.dropPoint("FLOW", {50, 50});
+        QVERIFY(designer.shape("FLOW"));
     }
 
 private:

@@ -1,7 +1,5 @@
-#include "host/design/designdocument.h"
-#include "host/design/designsystem.h"
 #include "host/shapes/placeholder.h"
-#include "tests/support/testproject.h"
+#include "tests/support/designdesk.h"
 
 #include <QJsonDocument>
 #include <QSignalSpy>
@@ -16,48 +14,7 @@ QString text(const char* utf8)
     return QString::fromUtf8(utf8);
 }
 
-/// The page "plant" of a project, opened.
-struct Desk
-{
-    explicit Desk(const QByteArray& page = TestProject::plantPage())
-    {
-        project.write("pages/plant.pws", page);
-        auto opened = DesignSystem::open(project.folder());
-        if (!opened)
-            qFatal("%s", qPrintable(opened.error()));
-        system = std::move(*opened);
-        reopen();
-    }
-    void reopen()
-    {
-        auto opened = system->openPage(text("plant"));
-        if (!opened)
-            qFatal("%s", qPrintable(opened.error()));
-        document = std::move(*opened);
-    }
-    QByteArray file() const { return project.read("pages/plant.pws"); }
-    Shape* shape(const char* name) const { return document->canvas().findShape(text(name)); }
-    void set(const Shape* shape, TriggerType trigger, const char* script) const
-    {
-        ScadaScriptAction action;
-        action.setTriggerType(trigger);
-        action.setScript(text(script));
-        document->setScripts(shape, {action});
-    }
-    /// "8: go | 13: load"
-    QString scripts(const Shape* shape) const
-    {
-        QStringList texts;
-        QList<ScadaScriptAction> all = document->scripts(shape);
-        for (ScadaScriptAction& script : all)
-            texts.append(text("%1: %2").arg(static_cast<int>(script.triggetType())).arg(script.script()));
-        return texts.join(text(" | "));
-    }
-
-    TestProject project;
-    std::unique_ptr<DesignSystem> system;
-    std::unique_ptr<DesignDocument> document;
-};
+using Desk = DesignDesk;
 
 } // namespace
 
