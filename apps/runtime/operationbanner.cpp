@@ -2,7 +2,6 @@
 
 #include <QHBoxLayout>
 #include <QStyle>
-#include <QToolButton>
 
 namespace {
 
@@ -12,36 +11,45 @@ const QColor failedGround(0xf8, 0xd7, 0xd3);
 
 } // namespace
 
-OperationBanner::OperationBanner(QWidget* parent) : QFrame(parent), m_text(this)
+OperationBanner::OperationBanner(QWidget* parent) : QFrame(parent), m_text(this), m_close(this)
 {
     setObjectName(QStringLiteral("operationBanner"));
     setAutoFillBackground(true);
     m_text.setTextFormat(Qt::PlainText); // names and reasons are other people's texts
-    m_text.setWordWrap(true);
     m_text.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* close = new QToolButton(this);
-    close->setAutoRaise(true);
-    close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
-    close->setToolTip(tr("Close"));
-    connect(close, &QToolButton::clicked, this, &QWidget::hide);
+    m_text.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_close.setAutoRaise(true);
+    m_close.setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+    m_close.setToolTip(tr("Close"));
+    connect(&m_close, &QToolButton::clicked, this, &OperationBanner::clear);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(8, 3, 4, 3);
+    row->setContentsMargins(8, 1, 4, 1);
     row->addWidget(&m_text, 1);
-    row->addWidget(close);
+    row->addWidget(&m_close);
     m_end.setSingleShot(true);
-    connect(&m_end, &QTimer::timeout, this, &QWidget::hide);
-    hide();
+    connect(&m_end, &QTimer::timeout, this, &OperationBanner::clear);
+    setFixedHeight(sizeHint().height());
+    m_close.hide();
 }
 
 void OperationBanner::showText(const QString& text, const QColor& ground)
 {
-    QPalette colors = palette();
+    QPalette colors;
     colors.setColor(QPalette::Window, ground);
     colors.setColor(QPalette::WindowText, Qt::black);
     setPalette(colors);
     m_text.setText(text);
+    m_text.setToolTip(text.toHtmlEscaped()); // the line may be too short for it
+    m_close.show();
     m_end.stop();
-    show();
+}
+
+void OperationBanner::clear()
+{
+    setPalette({});
+    m_text.clear();
+    m_text.setToolTip({});
+    m_close.hide();
 }
 
 void OperationBanner::showDone(const QString& text)

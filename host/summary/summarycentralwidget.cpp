@@ -128,6 +128,11 @@ void SummaryCentralWidget::restoreColumns(const QByteArray& columns)
         m_table->showColumn(SummaryColumns::Name);
 }
 
+QSize SummaryCentralWidget::sizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 36};
+}
+
 void SummaryCentralWidget::showEvent(QShowEvent* event)
 {
     ScadaSummaryCenteralWidgetInterface::showEvent(event);

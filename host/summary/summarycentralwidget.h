@@ -28,6 +28,9 @@ public:
     SummaryCentralWidget(const RuntimeDatabase& database, const QTimeZone& zone);
     ~SummaryCentralWidget() override;
 
+    /// Room for most columns of some twenty points.
+    QSize sizeHint() const override;
+
     /// Places, widths and sorting of the columns, for restoreColumns().
     QByteArray columns() const;
     /// Takes what columns() gave; anything else leaves the columns as they are.
