@@ -2,11 +2,11 @@
 
 #include "host/actions/canvasactionmanager.h"
 #include "host/canvas/canvas.h"
+#include "host/canvas/pagepicture.h"
 #include "host/canvas/pagerenderer.h"
 #include "host/inspection/alarmreport.h"
 #include "host/inspection/pointreport.h"
 #include "host/runtime/livesystem.h"
-#include "host/shapes/shapeinput.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -39,19 +39,6 @@ void HeadlessRun::printReport(LiveSystem& system)
                .arg(system.dataService().failedPoints());
     constexpr int mostLines = 50;
     out << AlarmReport::text(system.alarms(), mostLines);
-}
-
-bool HeadlessRun::writePicture(Page& page, const QString& fileName) const
-{
-    // What a view has done before it draws.
-    for (Shape* shape : page.canvas->shapes()) {
-        if (ShapeInput* input = shape->input())
-            input->prepare();
-    }
-    PageRenderer renderer(*page.canvas);
-    renderer.setView((page.canvas->size() * m_options.zoom).toSize(), m_options.zoom, {});
-    renderer.render();
-    return renderer.image().save(fileName);
 }
 
 int HeadlessRun::runBenchmark(Page& page)
@@ -117,8 +104,8 @@ int HeadlessRun::run(Page& page)
     if (picture.isEmpty())
         picture = QStandardPaths::writableLocation(QStandardPaths::TempLocation) +
                   QStringLiteral("/korvane-%1.png").arg(page.canvas->canvasName());
-    if (!writePicture(page, picture)) {
-        QTextStream(stderr) << QStringLiteral("%1: can't be written\n").arg(picture);
+    if (const auto written = PagePicture::write(*page.canvas, picture, m_options.zoom); !written) {
+        QTextStream(stderr) << written.error() << '\n';
         return 1;
     }
     QTextStream(stdout) << QStringLiteral("picture of page \"%1\": %2\n")

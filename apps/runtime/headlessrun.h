@@ -23,8 +23,6 @@ public:
     static void printReport(LiveSystem& system);
 
 private:
-    bool writePicture(Page& page, const QString& fileName) const;
-
     LiveSystem& m_system;
     const RuntimeOptions& m_options;
 };

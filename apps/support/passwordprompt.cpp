@@ -47,7 +47,10 @@ public:
 #endif
     Q_DISABLE_COPY(SilentInput)
 
-    bool isTerminal() const { return m_isTerminal; }
+    bool isTerminal() const
+    {
+        return m_isTerminal;
+    }
 
 private:
 #ifdef Q_OS_WIN

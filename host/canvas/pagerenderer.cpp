@@ -1,7 +1,7 @@
 #include "host/canvas/pagerenderer.h"
 
 #include "host/canvas/canvas.h"
-#include "host/shapes/shapepainter.h"
+#include "host/canvas/pagepicture.h"
 
 #include <QPainter>
 
@@ -198,16 +198,7 @@ void PageRenderer::drawShape(QPainter& painter, Shape& shape)
     if (!shape.isVisible() || (layer && !layer->isVisible()))
         return;
     ++m_drawnShapes;
-    painter.setWorldTransform(shape.rotation() == 0 ? QTransform::fromTranslate(shape.x(), shape.y()) * m_transform
-                                                    : shape.sceneTransform() * m_transform);
-    if (painter.opacity() != shape.opacity())
-        painter.setOpacity(shape.opacity());
-    painter.setRenderHint(QPainter::Antialiasing);
-    shape.draw(ShapePainter(painter, &m_texts));
-    for (QGraphicsItem* overlay : shape.childItems()) {
-        if (overlay->isVisible())
-            overlay->paint(&painter, nullptr, nullptr);
-    }
+    PagePicture::drawShape(painter, shape, m_transform, &m_texts);
 }
 
 QRect PageRenderer::deviceRect(const Shape& shape) const

@@ -281,6 +281,7 @@ private Q_SLOTS:
         TestProperties properties;
         struct Service : DataServiceInterface
         {
+            bool queryUserAccounts(const QString&, QList<EUserAccount>&) override { return false; }
             QVariant historyValue(ObjectKey object, DataCode::DataField) override { return object.id * 10; }
         };
         Service service;

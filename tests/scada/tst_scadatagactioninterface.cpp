@@ -643,6 +643,7 @@ private Q_SLOTS:
     {
         struct Service : DataServiceInterface
         {
+            bool queryUserAccounts(const QString&, QList<EUserAccount>&) override { return false; }
             QVariant historyValue(ObjectKey object, DataField field) override
             {
                 return object.id == 200001 && field == DataField::PastMean ? QVariant(7.5) : QVariant();
