@@ -2,6 +2,209 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ko_KR" sourcelanguage="en">
 <context>
+    <name>AccessDialog</name>
+    <message>
+        <source>Access rights</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No user accounts are known: who may open the page stays as it is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AccountDatabase</name>
+    <message>
+        <source>A name is needed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A name may have %1 characters at most.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A name must not have blanks around it or control characters in it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no role &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Each area needs a name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A password needs %1 characters at least.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The password is too long.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No database of user accounts is open.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User accounts are not given for the query &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the areas of user &quot;%1&quot; can&apos;t be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no user &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a user &quot;%1&quot; already.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no user number %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is the last administrator who can log on.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AccountDialog</name>
+    <message>
+        <source>Add user</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Role:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Areas:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One area a line; none stands for all.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password a&amp;gain:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change user</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set password</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AccountRole</name>
+    <message>
+        <source>Viewer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Operator</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Supervisor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Engineer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Administrator</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>AccountsDialog</name>
+    <message>
+        <source>Users</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished">이름</translation>
+    </message>
+    <message>
+        <source>Role</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Areas</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation type="unfinished">상태</translation>
+    </message>
+    <message>
+        <source>&amp;Add...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Change...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set &amp;password...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Lock</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Remove...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation type="unfinished">모두</translation>
+    </message>
+    <message>
+        <source>locked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Un&amp;lock</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only an administrator may do that.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove user</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove user &quot;%1&quot;? A new user of that name would be another one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ActionEditor</name>
     <message>
         <source>Tags</source>
@@ -587,6 +790,82 @@
     </message>
 </context>
 <context>
+    <name>BindPointDialog</name>
+    <message>
+        <source>Bind point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>(one more)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instead of</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation type="unfinished">포인트</translation>
+    </message>
+</context>
+<context>
+    <name>BindingDock</name>
+    <message>
+        <source>Binding</source>
+        <translation type="unfinished">바인딩</translation>
+    </message>
+    <message>
+        <source>Shows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BindingEditor</name>
+    <message>
+        <source>Point</source>
+        <translation type="unfinished">포인트</translation>
+    </message>
+    <message>
+        <source>Another curve</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This shape shows no value.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select a shape, or drop a point on the page.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>CanvasAccessRightSettingWidget</name>
+    <message>
+        <source>Security</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use Page Permission</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select User</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear All</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>CanvasOperationSetting</name>
     <message>
         <source>CanvasOperationSetting</source>
@@ -611,6 +890,29 @@
     <message>
         <source>...</source>
         <translation>...</translation>
+    </message>
+</context>
+<context>
+    <name>ChangePasswordDialog</name>
+    <message>
+        <source>Change password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Old password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;New password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New password &amp;again:</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -640,6 +942,236 @@
     <message>
         <source>Colour</source>
         <translation>색</translation>
+    </message>
+</context>
+<context>
+    <name>ControlConfirm</name>
+    <message>
+        <source>Confirm Control</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>.........</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User Confirm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User :</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password :</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invaild Password</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ControlPath</name>
+    <message>
+        <source>somebody else is logged on by now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is nobody here who could confirm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>confirmed without a password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the operator did not confirm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>waits for a second person</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>another command to this object is under way</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 takes no commands</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no source takes commands to this object</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the feedback %1 is not known</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the audit log can&apos;t be written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the feedback did not show the value in time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no second person confirmed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the session ended</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ControlRules</name>
+    <message>
+        <source>commands to this object are inhibited</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this command needs a reason</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>your role or areas do not permit this</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>you may not operate from the page %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this object takes no commands</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this value is entered by hand</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this value is not entered by hand</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this object takes commands without being selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>only an analog point takes a setpoint</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this object takes no steps up and down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 has selected this object</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this object must be selected first</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the value is no number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the present value can&apos;t be relied on</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the value is no state from 0 to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the value lies below %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the value lies above %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the interlock can&apos;t be read: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>interlocked: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ControlSystem</name>
+    <message>
+        <source>Log on to open this page.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 may not open this page.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DatabaseManager</name>
+    <message>
+        <source>This project has no user security.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The user name or the password is wrong.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nobody is logged on.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Too many wrong passwords: try again in %1 s.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This user is locked.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DesignDocument</name>
+    <message>
+        <source>Values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bind to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Release from %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change the operation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change the access rights</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -722,6 +1254,43 @@
         <source>&amp;Run this project&apos;s scripts...</source>
         <translation>이 프로젝트의 스크립트 실행(&amp;R)...</translation>
     </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Bind point...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Page</source>
+        <translation type="unfinished">페이지(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Access rights...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DialogConfirmer</name>
+    <message>
+        <source>Second person</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1
+
+Who confirms this command besides %2?</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ExplanationDock</name>
@@ -794,6 +1363,33 @@
     </message>
 </context>
 <context>
+    <name>FileName</name>
+    <message>
+        <source>A name is needed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; begins or ends with a blank.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has a character that a file&apos;s name can&apos;t have.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; begins with a dot: the file would be hidden.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a name that some systems keep for themselves.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name is longer than %1 bytes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>FindDialog</name>
     <message>
         <source>Find</source>
@@ -826,6 +1422,33 @@
     <message>
         <source>&amp;Close</source>
         <translation>닫기(&amp;C)</translation>
+    </message>
+</context>
+<context>
+    <name>FirstAccountDialog</name>
+    <message>
+        <source>First administrator</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This project has user security and no user yet. The first user is its administrator and adds the others.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password &amp;again:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is an account by now: ask its user.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -875,6 +1498,64 @@
     <message>
         <source>%1 started: %2</source>
         <translation>%1 시작: %2</translation>
+    </message>
+    <message>
+        <source>Replay went to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 logged on</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 logged off</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LogOnDialog</name>
+    <message>
+        <source>Log on</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;User:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Log on</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Too many wrong passwords. Try again in %1 s.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>NewPasswordFields</name>
+    <message>
+        <source>The password needs %1 characters at least.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The password is too long.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The two passwords differ.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Short: %1 characters or more are safer.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Good length.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1257,6 +1938,419 @@
     </message>
 </context>
 <context>
+    <name>OperationBanner</name>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OperationDock</name>
+    <message>
+        <source>Operations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation type="unfinished">사용자</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Outcome</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation type="unfinished">사유</translation>
+    </message>
+    <message>
+        <source>%1 and %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OperationEditor</name>
+    <message>
+        <source>Times</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation type="unfinished">값</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No command</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Operate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set a set point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Raise</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lower</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enter a value by hand</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is fixed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is entered</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is entered within limits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is chosen from a list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What is sent is what was entered times this.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation type="unfinished">시작 시각</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation type="unfinished">종료 시각</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Decimals</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation type="unfinished">텍스트</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation type="unfinished">개체</translation>
+    </message>
+    <message>
+        <source>Name the object that the command goes to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The lower limit lies above the upper one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another shape has this key: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>State %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OperationNames</name>
+    <message>
+        <source>Select</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Operate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Setpoint</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Raise</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lower</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enter value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Substitute</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>End substitution</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inhibit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Information tag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change limit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change dead band</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Scan</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reconnect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset statistics</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Requested</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not permitted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inhibited</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Interlocked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not confirmed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Out of limits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Timed out</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OperatorChanges</name>
+    <message>
+        <source>%1: the limits that an operator changed are not in force: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: the dead band that an operator changed is not in force: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>alarms of this object are inhibited already</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>alarms of this object are not inhibited</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a line is not scanned</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this object is not scanned already</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this object is scanned already</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>only the value of a point can be substituted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the value does not fit the point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this value is not substituted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a limit must be a number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this object has no statistics so far</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OperatorInputDialog</name>
+    <message>
+        <source>Command</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Present value:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Reason:</source>
+        <translation type="unfinished">사유(&amp;R):</translation>
+    </message>
+    <message>
+        <source>&amp;Value:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Limits:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <comment>limits of a number</comment>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>OperatorStation</name>
+    <message>
+        <source>&amp;Log on...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Log &amp;off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change &amp;password...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User &amp;accounts...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Summary of all points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Operations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>user, role</comment>
+        <translation type="unfinished">%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Nobody is logged on</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PageOperations</name>
+    <message>
+        <source>%1: what was entered is no number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: enter a number from %2 to %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: there is no such object</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PasswordHash</name>
+    <message>
+        <source>libsodium could not be started</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is too little memory to check a password</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>PointBrowserDialog</name>
     <message>
         <source>Points</source>
@@ -1282,6 +2376,66 @@
     <message>
         <source>No name, description or station contains &quot;%1&quot;.</source>
         <translation>이름, 설명 또는 스테이션에 &quot;%1&quot;이(가) 들어 있는 항목이 없습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>PointDock</name>
+    <message>
+        <source>Points</source>
+        <translation type="unfinished">포인트</translation>
+    </message>
+</context>
+<context>
+    <name>PointDrop</name>
+    <message>
+        <source>Show %1 instead of</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>As another curve</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PointSelectWidget</name>
+    <message>
+        <source>PointSelectWidget</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Point Name : </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>...</source>
+        <translation type="unfinished">...</translation>
+    </message>
+</context>
+<context>
+    <name>PointToolTipWidget</name>
+    <message>
+        <source>Name: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Discription: </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PointTree</name>
+    <message>
+        <source>Filter: name, description or station</source>
+        <translation type="unfinished">필터: 이름, 설명 또는 스테이션</translation>
+    </message>
+    <message>
+        <source>The project has no points.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>points</comment>
+        <translation type="unfinished">%2개 중 %1개</translation>
     </message>
 </context>
 <context>
@@ -1345,10 +2499,203 @@
     </message>
 </context>
 <context>
+    <name>ProjectManager</name>
+    <message>
+        <source>%1 can&apos;t be made: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be written: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a file, not a folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 holds a project already.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is not empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder %1 can&apos;t be made.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No project is open.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 was changed by another program and is left as it is. Open the project again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The project has no page &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name &quot;%1&quot; is taken by a page that was removed; its file is still there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name &quot;%1&quot; is taken.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be renamed: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ProjectPanel</name>
+    <message>
+        <source>&amp;Open...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ne&amp;w...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation type="unfinished">저장(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>So&amp;urce:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Tick:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Security:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Passwords, roles and page rights</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation type="unfinished">페이지</translation>
+    </message>
+    <message>
+        <source>Opens first</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Add page...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Rename page...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Re&amp;move page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set as start pa&amp;ge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Folder of the new project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name of the new page:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New name of &quot;%1&quot;:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1[*] - Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>simulation (none is named)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>From the next start of the project.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>start page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The project &quot;%1&quot; was changed. Save it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name of the project:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>RotationAction</name>
     <message>
         <source>Rotation</source>
         <translation>회전</translation>
+    </message>
+</context>
+<context>
+    <name>RuntimeManager</name>
+    <message>
+        <source>only a unit is scanned</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no source is known for this line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation type="unfinished">%1: %2</translation>
     </message>
 </context>
 <context>
@@ -1431,6 +2778,18 @@
         <source>No page shows %1</source>
         <translation>%1을(를) 표시하는 페이지가 없습니다</translation>
     </message>
+    <message>
+        <source>&amp;Operate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Log on to see the plant&apos;s pages (Ctrl+L).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No page is open.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ScadaEventActionInterface</name>
@@ -1509,6 +2868,17 @@
     </message>
 </context>
 <context>
+    <name>ShapeBinding</name>
+    <message>
+        <source>%1, condition</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, value %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ShelveDialog</name>
     <message>
         <source>Shelve</source>
@@ -1563,6 +2933,203 @@
     </message>
 </context>
 <context>
+    <name>SummaryCentralWidget</name>
+    <message>
+        <source>Points</source>
+        <translation type="unfinished">포인트</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>what it does (keys)</comment>
+        <translation type="unfinished">%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Go to page</source>
+        <translation type="unfinished">페이지로 이동</translation>
+    </message>
+    <message>
+        <source>Show the page of the point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Filter and sort by what is there now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished">복사</translation>
+    </message>
+    <message>
+        <source>Copy the rows selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation type="unfinished">내보내기...</translation>
+    </message>
+    <message>
+        <source>Write what is shown to a file</source>
+        <translation type="unfinished">표시된 내용을 파일로 저장</translation>
+    </message>
+    <message>
+        <source>Columns...</source>
+        <translation type="unfinished">열 선택...</translation>
+    </message>
+    <message>
+        <source>Choose the columns that are shown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>At most %n row(s) can be copied at once. Export writes any number to a file.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n point(s)</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 of %2 points written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>being sorted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>rows stay in place while so many are selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SummaryColumns</name>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished">이름</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation type="unfinished">설명</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation type="unfinished">책임 구역</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation type="unfinished">값</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation type="unfinished">장치</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Marks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Low low</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation type="unfinished">하한</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>High high</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Min. today</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Max. today</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mean today</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Changes today</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On today</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SummaryFilterBar</name>
+    <message>
+        <source>Station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation type="unfinished">책임 구역</translation>
+    </message>
+    <message>
+        <source>Only &amp;marked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only &amp;unreliable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search in names, descriptions, stations and areas</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation type="unfinished">찾기</translation>
+    </message>
+    <message>
+        <source>All stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All areas</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No area</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SummaryModel</name>
+    <message>
+        <source>Time zone: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>TagDock</name>
     <message>
         <source>Tags of the page</source>
@@ -1575,6 +3142,21 @@
     <message>
         <source>Copy</source>
         <translation>복사</translation>
+    </message>
+</context>
+<context>
+    <name>TagField</name>
+    <message>
+        <source>Type, drop or browse a point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a number, not a point.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The point list has no &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1650,6 +3232,33 @@
     <message>
         <source>Not loaded</source>
         <translation>불러오지 못함</translation>
+    </message>
+</context>
+<context>
+    <name>UserConfirmDialog</name>
+    <message>
+        <source>User Confirm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>.........</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User :</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password :</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
