@@ -83,6 +83,8 @@ std::vector<Found> OperationCheck::ofOperation(const Operation& operation, const
 bool OperationCheck::isUnguarded(const RuntimeDatabase::Object& object)
 {
     const ControlSetting& control = object.control;
-    return control.isControllable() && control.role <= AccountRole::Operator &&
+    // What is entered by hand reaches no process.
+    const bool isSent = control.isControllable() && control.kind != ControlSetting::Kind::Manual;
+    return isSent && control.role <= AccountRole::Operator &&
            control.confirmation == ControlSetting::Confirmation::None && control.interlock.isEmpty();
 }

@@ -4,6 +4,7 @@
 #include "host/checking/tagcheck.h"
 #include "host/core/project.h"
 #include "host/projectfiles/csvtext.h"
+#include "host/control/interlock.h"
 #include "host/projectfiles/interlocktags.h"
 #include "platform/data/datalinkinfo.h"
 
@@ -36,6 +37,8 @@ void PointCheck::check(const RuntimeDatabase::Object& object)
     checkParent(object);
     if (!object.control.feedback.isEmpty())
         checkTag(object, "feedback", object.control.feedback);
+    if (const auto interlock = Interlock::parse(object.control.interlock); !interlock)
+        add(object, Severity::Error, "malformed-interlock", QStringLiteral("interlock: %1").arg(interlock.error()));
     for (const InterlockTag& tag : InterlockTag::of(object.control.interlock))
         checkTag(object, "interlock", tag.tag);
     if (OperationCheck::isUnguarded(object)) {

@@ -1,0 +1,386 @@
+// Operating in the runtime's window: who may see and do what, confirmations, and what becomes of commands given by
+// buttons, fields, lists, keys and scripts.
+
+#include "apps/runtime/runtimeoptions.h"
+#include "apps/runtime/runtimewindow.h"
+#include "host/operating/operatorinputdialog.h"
+#include "host/operating/pointtips.h"
+#include "host/shapes/choice.h"
+#include "host/shapes/inputfield.h"
+#include "scada/widgets/controlconfirm.h"
+#include "scada/widgets/userconfirmdialog.h"
+#include "tests/support/operatedproject.h"
+#include "tests/support/ownsettings.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+
+namespace {
+
+using Outcome = ScadaOperationMessage::Outcome;
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+/// The runtime's window over the demo project.
+class Station
+{
+public:
+    explicit Station(bool isSecured = true) : project(isSecured), system(project.open())
+    {
+        options.project = project.folder();
+        options.isSilent = true;
+        window = std::make_unique<RuntimeWindow>(*system, options);
+        window->resize(1200, 800);
+        window->show();
+        system->start();
+        QObject::connect(&manager(), &RuntimeManager::remoteControlFinished,
+                         [this](const ScadaOperationMessage& message) { ended.append(message); });
+    }
+
+    RuntimeManager& manager() const { return system->control().manager(); }
+    void logOn(const char* user) const
+    {
+        const auto done = system->control().users().logOn(text(user), OperatedProject::password(text(user)));
+        QVERIFY2(done, done ? "" : qPrintable(done.error()));
+    }
+    /// Opens the page of the commands where nobody has to log on.
+    void openPage() const
+    {
+        const auto page = system->openPage(text("operating"));
+        QVERIFY2(page, page ? "" : qPrintable(page.error()));
+        window->showPage(**page);
+    }
+    QTabWidget& tabs() const { return *window->findChild<QTabWidget*>(text("pages")); }
+    CanvasView& view() const { return *qobject_cast<CanvasView*>(tabs().currentWidget()); }
+    void click(const char* shape) const
+    {
+        QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, OperatedProject::middleOf(view(), shape));
+    }
+    /// How the newest request ended, and which values they had.
+    Outcome outcome() const { return ended.isEmpty() ? Outcome::Requested : ended.constLast().outcome; }
+
+    OperatedProject project;
+    std::unique_ptr<LiveSystem> system;
+    RuntimeOptions options;
+    std::unique_ptr<RuntimeWindow> window;
+    QList<ScadaOperationMessage> ended;
+};
+
+/// Once a dialog of that class is up, works with it.
+template <typename Dialog, typename Work>
+void inDialog(Work work)
+{
+    auto* wait = new QTimer(QCoreApplication::instance());
+    QObject::connect(wait, &QTimer::timeout, wait, [wait, work] {
+        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        wait->deleteLater();
+        wait->stop();
+        work(*dialog);
+    });
+    wait->start(5);
+}
+
+void pressOk(QDialog& dialog)
+{
+    dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+}
+
+template <typename Dialog>
+void confirmWith(const QString& password)
+{
+    inDialog<Dialog>([password](Dialog& dialog) {
+        dialog.template findChild<QLineEdit*>(text("password"))->setText(password);
+        pressOk(dialog);
+    });
+}
+
+} // namespace
+
+class tst_OperatorStation : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nobodySeesAPageBeforeHeLoggedOn()
+    {
+        const Station station;
+        QVERIFY(!station.system->openPage(text("operating")));
+        QCOMPARE(station.system->pages().pages().size(), std::size_t(0));
+        QCOMPARE(station.tabs().count(), 0);
+        station.logOn("vera");
+        QCOMPARE(station.tabs().count(), 1);
+        QCOMPARE(station.window->findChild<QLabel*>(text("user"))->text(), text("vera (viewer)"));
+        station.manager().endSession();
+        QCOMPARE(station.tabs().count(), 0);
+        QCOMPARE(station.system->pages().pages().size(), std::size_t(0));
+    }
+
+    void aProtectedPageOpensForItsUsersAlone()
+    {
+        const Station station;
+        QByteArray page = station.project.read("pages/operating.pws");
+        page.replace("\"version\": 1,\n \"title\"",
+                     "\"version\": 1,\n \"access\": {\"protected\": true, \"users\": [3]},\n \"title\"");
+        QVERIFY(page.contains("access"));
+        station.project.write("pages/operating.pws", page);
+        QSignalSpy opened(&station.system->pages(), &CanvasManager::opened);
+        station.logOn("sue");
+        QCOMPARE(station.tabs().count(), 0);
+        QCOMPARE(opened.count(), 0);
+        QVERIFY(station.system->problems().constLast().contains(text("sue may not open this page")));
+        station.logOn("otto");
+        QCOMPARE(station.tabs().count(), 1);
+        station.logOn("sue"); // in his place
+        QCOMPARE(station.tabs().count(), 0);
+    }
+
+    void commandsNeedTheirRole()
+    {
+        Station station;
+        station.logOn("vera");
+        station.click("raise_inlet_valve");
+        QTRY_COMPARE(station.outcome(), Outcome::NotPermitted);
+        QCOMPARE(station.ended.constLast().user, text("vera"));
+    }
+
+    void aButtonLeadsToTheProcessAndBack()
+    {
+        Station station(false);
+        station.openPage();
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::AnalogPoint, 200010}).isValid());
+        station.click("lower_inlet_valve");
+        QTRY_COMPARE_WITH_TIMEOUT(station.outcome(), Outcome::Done, 20000);
+        QCOMPARE(station.ended.constLast().tag, text("V101.POSITION"));
+        const double asked = station.ended.constLast().value.toDouble();
+        QVERIFY(asked > 80 && asked < 98);
+        const auto checked = station.system->control().audit().verify();
+        QVERIFY2(checked, checked ? "" : qPrintable(checked.error()));
+        QCOMPARE(*checked, qint64(2)); // sent, done
+    }
+
+    void theOperatorConfirmsByHisPassword()
+    {
+        Station station;
+        station.logOn("otto");
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::DigitalPoint, 100001}).isValid());
+        station.click("stop_pump");
+        QTRY_COMPARE(station.outcome(), Outcome::NotSelected);
+        station.click("select_pump");
+        QTRY_COMPARE(station.outcome(), Outcome::Done);
+        QString command;
+        inDialog<ControlConfirm>([&command](ControlConfirm& dialog) {
+            command = dialog.findChild<QLabel*>(text("value"))->text();
+            dialog.findChild<QLineEdit*>(text("password"))->setText(OperatedProject::password(text("otto")));
+            pressOk(dialog);
+        });
+        station.click("stop_pump");
+        QTRY_COMPARE_WITH_TIMEOUT(station.ended.size(), 3, 20000);
+        QCOMPARE(station.ended.constLast().text, QString());
+        QCOMPARE(station.outcome(), Outcome::Done);
+        QCOMPARE(command, text("Pump (P101.RUNNING): Operate Stopped"));
+        QCOMPARE(station.manager().value({Korvane::ScadaObjectType::DigitalPoint, 100001}), QVariant(0));
+    }
+
+    void aConfirmationCanNotBeSkipped_data()
+    {
+        QTest::addColumn<int>("way");
+        QTest::newRow("accepted from outside") << 0;
+        QTest::newRow("done(Accepted) by a posted call") << 1;
+        QTest::newRow("Return without a password") << 2;
+    }
+    void aConfirmationCanNotBeSkipped()
+    {
+        QFETCH(const int, way);
+        Station station;
+        station.logOn("otto");
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::DigitalPoint, 100001}).isValid());
+        station.click("select_pump");
+        QTRY_COMPARE(station.outcome(), Outcome::Done);
+        inDialog<ControlConfirm>([way](ControlConfirm& dialog) {
+            if (way == 0) {
+                dialog.accept();
+            } else if (way == 1) {
+                QMetaObject::invokeMethod(&dialog, "done", Qt::QueuedConnection, Q_ARG(int, QDialog::Accepted));
+            } else {
+                inDialog<QMessageBox>([](QMessageBox& box) {
+                    box.accept();
+                    inDialog<ControlConfirm>([](ControlConfirm& asking) { asking.reject(); });
+                });
+                QCoreApplication::postEvent(&dialog, new QKeyEvent(QEvent::KeyPress, Qt::Key_Return, {}));
+            }
+        });
+        station.click("stop_pump");
+        QTRY_COMPARE(station.outcome(), Outcome::NotConfirmed);
+        QCOMPARE(station.manager().value({Korvane::ScadaObjectType::DigitalPoint, 100001}), QVariant(1));
+    }
+
+    void aSecondPersonConfirmsBesides()
+    {
+        Station station;
+        QByteArray points = station.project.read("points.csv");
+        points.replace(",select,user,", ",direct,second,");
+        station.project.write("points.csv", points);
+        station.window.reset();
+        station.system = station.project.open();
+        station.window = std::make_unique<RuntimeWindow>(*station.system, station.options);
+        station.window->resize(1200, 800);
+        station.window->show();
+        station.system->start();
+        connect(&station.manager(), &RuntimeManager::remoteControlFinished, this,
+                [&station](const ScadaOperationMessage& message) { station.ended.append(message); });
+        station.logOn("otto");
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::DigitalPoint, 100001}).isValid());
+        confirmWith<ControlConfirm>(OperatedProject::password(text("otto")));
+        QStringList offered;
+        inDialog<QInputDialog>([&offered](QInputDialog& dialog) {
+            offered = dialog.comboBoxItems();
+            dialog.setTextValue(text("sue"));
+            confirmWith<UserConfirmDialog>(OperatedProject::password(text("sue")));
+            dialog.accept();
+        });
+        station.click("stop_pump");
+        QTRY_COMPARE_WITH_TIMEOUT(station.outcome(), Outcome::Done, 20000);
+        QCOMPARE(station.ended.constLast().secondUser, text("sue"));
+        QCOMPARE(offered, QStringList({text("ada"), text("sue")}));
+    }
+
+    void aReasonIsAskedForWhereOneIsNeeded()
+    {
+        Station station;
+        station.logOn("otto");
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::DigitalPoint, 100004}).isValid());
+        bool isRefusedWithout = false;
+        inDialog<OperatorInputDialog>([&isRefusedWithout](OperatorInputDialog& dialog) {
+            QPushButton* ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+            dialog.findChild<QLineEdit*>(text("reason"))->setText(text("  "));
+            isRefusedWithout = !ok->isEnabled();
+            dialog.findChild<QLineEdit*>(text("reason"))->setText(text("maintenance"));
+            confirmWith<ControlConfirm>(OperatedProject::password(text("otto")));
+            ok->click();
+        });
+        station.click("open_breaker");
+        QTRY_COMPARE_WITH_TIMEOUT(station.outcome(), Outcome::Done, 20000);
+        QVERIFY(isRefusedWithout);
+        QCOMPARE(station.ended.constLast().reason, text("maintenance"));
+    }
+
+    void aValueIsEnteredByHand()
+    {
+        Station station(false);
+        station.openPage();
+        inDialog<OperatorInputDialog>([](OperatorInputDialog& dialog) {
+            auto* number = dialog.findChild<QDoubleSpinBox*>(text("number"));
+            QCOMPARE(number->minimum(), 0.0);
+            QCOMPARE(number->maximum(), 14.0);
+            QCOMPARE(number->decimals(), 2);
+            QCOMPARE(number->singleStep(), 0.1);
+            number->setValue(7.25);
+            pressOk(dialog);
+        });
+        station.click("enter_ph");
+        QTRY_COMPARE(station.outcome(), Outcome::Done);
+        QCOMPARE(station.manager().value({Korvane::ScadaObjectType::AnalogPoint, 200012}), QVariant(7.25));
+    }
+
+    void fieldsAndListsSendWhatWasEntered()
+    {
+        Station station(false);
+        station.openPage();
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::AnalogPoint, 200010}).isValid());
+        auto* field = dynamic_cast<InputField*>(station.view().canvas().findShape(text("inlet_valve_setpoint")));
+        field->beginEditing();
+        field->enter(text("101"));
+        QCOMPARE(station.manager().pendingRequests().size(), 0); // beyond the field's own limits
+        field->beginEditing();
+        field->enter(text("97"));
+        QTRY_COMPARE_WITH_TIMEOUT(station.ended.size(), 1, 20000);
+        QCOMPARE(station.ended.constLast().operation, ScadaOperationMessage::Operation::SetPoint);
+        QCOMPARE(station.ended.constLast().value, QVariant(97.0));
+        QCOMPARE(station.outcome(), Outcome::Done);
+        auto* list = dynamic_cast<Choice*>(station.view().canvas().findShape(text("outlet_valve_preset")));
+        list->choose(1);
+        QCOMPARE(station.manager().pendingRequests().size(), 1);
+        QCOMPARE(station.manager().pendingRequests().constFirst().value, QVariant(50.0));
+    }
+
+    void keysDoWhatButtonsDo()
+    {
+        Station station(false);
+        station.openPage();
+        QVERIFY(QTest::qWaitForWindowActive(station.window.get()));
+        station.view().setFocus();
+        QTest::keyClick(&station.view(), Qt::Key_T, Qt::ControlModifier);
+        QTRY_COMPARE(station.outcome(), Outcome::NotSelected);
+        QCOMPARE(station.ended.constLast().tag, text("P101.RUNNING"));
+    }
+
+    void scriptsAskOnBehalfOfWhoIsLoggedOn()
+    {
+        Station station;
+        station.system->trustScripts();
+        station.logOn("vera");
+        station.system->scripts().run(text("print(control.operate('V101.OPEN', 0))"));
+        QTRY_COMPARE(station.outcome(), Outcome::NotPermitted);
+        QCOMPARE(station.ended.constLast().user, text("vera"));
+        station.system->scripts().run(text("control.operate('NO.SUCH', 0)"));
+        QVERIFY(station.system->scripts().lastError().contains(text("LookupError")));
+        QCOMPARE(station.ended.size(), 1);
+    }
+
+    void aTipNamesThePointsBehindAShape()
+    {
+        Station station(false);
+        station.openPage();
+        const auto* tips = station.view().findChild<PointTips*>();
+        QVERIFY(tips);
+        const QList<QPair<QString, QString>> expected = {{text("V101.OPEN"), text("Inlet valve")}};
+        QCOMPARE(tips->pointsOf(*station.view().canvas().findShape(text("inlet_valve"))), expected);
+        const QPoint place = OperatedProject::middleOf(station.view(), "inlet_valve");
+        QHelpEvent help(QEvent::ToolTip, place, station.view().viewport()->mapToGlobal(place));
+        QCoreApplication::sendEvent(station.view().viewport(), &help);
+        const auto tip = station.view().viewport()->findChild<QLabel*>(text("qtooltip_label"));
+        QVERIFY(tip && tip->isVisible());
+        QCOMPARE(tip->text(), text("Name: V101.OPEN\nDiscription: Inlet valve"));
+        QTest::mouseMove(station.view().viewport(), {5, 5});
+        QTRY_VERIFY(!station.view().viewport()->findChild<QLabel*>(text("qtooltip_label")));
+    }
+
+    void theSummaryAndTheOperationsAreWindowsOfTheMenu()
+    {
+        Station station(false);
+        station.openPage();
+        station.click("raise_inlet_valve");
+        QTRY_VERIFY(!station.ended.isEmpty());
+        auto* operations = station.window->findChild<QTableWidget*>();
+        QVERIFY(operations);
+        QCOMPARE(operations->item(0, 2)->text().left(25), text("Position of the inlet val"));
+        for (QAction* action : station.window->actions()) {
+            if (action->shortcut() == QKeySequence(Qt::Key_F6))
+                action->trigger();
+        }
+        bool isThere = false;
+        for (const QWidget* widget : QApplication::topLevelWidgets())
+            isThere |= widget->isVisible() && widget->windowTitle() == text("Scada Summary");
+        QVERIFY(isThere);
+    }
+
+private:
+    OwnSettings m_settings;
+};
+
+QTEST_MAIN(tst_OperatorStation)
+#include "tst_operatorstation.moc"
