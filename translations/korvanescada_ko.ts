@@ -5,203 +5,203 @@
     <name>AccessDialog</name>
     <message>
         <source>Access rights</source>
-        <translation type="unfinished"></translation>
+        <translation>접근 권한</translation>
     </message>
     <message>
         <source>No user accounts are known: who may open the page stays as it is.</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 계정 정보가 없어 페이지를 열 수 있는 사용자는 그대로 유지됩니다.</translation>
     </message>
 </context>
 <context>
     <name>AccountDatabase</name>
     <message>
         <source>A name is needed.</source>
-        <translation type="unfinished"></translation>
+        <translation>이름을 입력해야 합니다.</translation>
     </message>
     <message>
         <source>A name may have %1 characters at most.</source>
-        <translation type="unfinished"></translation>
+        <translation>이름은 최대 %1자까지 사용할 수 있습니다.</translation>
     </message>
     <message>
         <source>A name must not have blanks around it or control characters in it.</source>
-        <translation type="unfinished"></translation>
+        <translation>이름 앞뒤의 공백과 이름 안의 제어 문자는 사용할 수 없습니다.</translation>
     </message>
     <message>
         <source>There is no role &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot; 역할이 없습니다.</translation>
     </message>
     <message>
         <source>Each area needs a name.</source>
-        <translation type="unfinished"></translation>
+        <translation>각 책임 구역에는 이름이 있어야 합니다.</translation>
     </message>
     <message>
         <source>A password needs %1 characters at least.</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호는 %1자 이상이어야 합니다.</translation>
     </message>
     <message>
         <source>The password is too long.</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호가 너무 깁니다.</translation>
     </message>
     <message>
         <source>No database of user accounts is open.</source>
-        <translation type="unfinished"></translation>
+        <translation>열려 있는 사용자 계정 데이터베이스가 없습니다.</translation>
     </message>
     <message>
         <source>User accounts are not given for the query &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>질의 &quot;%1&quot;에는 사용자 계정을 제공하지 않습니다.</translation>
     </message>
     <message>
         <source>the areas of user &quot;%1&quot; can&apos;t be read</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 &quot;%1&quot;의 책임 구역을 읽을 수 없습니다</translation>
     </message>
     <message>
         <source>There is no user &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 &quot;%1&quot;이(가) 없습니다.</translation>
     </message>
     <message>
         <source>There is a user &quot;%1&quot; already.</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 &quot;%1&quot;이(가) 이미 있습니다.</translation>
     </message>
     <message>
         <source>There is no user number %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>번호가 %1인 사용자가 없습니다.</translation>
     </message>
     <message>
         <source>This is the last administrator who can log on.</source>
-        <translation type="unfinished"></translation>
+        <translation>로그인할 수 있는 마지막 관리자입니다.</translation>
     </message>
 </context>
 <context>
     <name>AccountDialog</name>
     <message>
         <source>Add user</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 추가</translation>
     </message>
     <message>
         <source>&amp;Name:</source>
-        <translation type="unfinished"></translation>
+        <translation>이름(&amp;N):</translation>
     </message>
     <message>
         <source>&amp;Role:</source>
-        <translation type="unfinished"></translation>
+        <translation>역할(&amp;R):</translation>
     </message>
     <message>
         <source>&amp;Areas:</source>
-        <translation type="unfinished"></translation>
+        <translation>책임 구역(&amp;A):</translation>
     </message>
     <message>
         <source>One area a line; none stands for all.</source>
-        <translation type="unfinished"></translation>
+        <translation>한 줄에 책임 구역을 하나씩 입력하십시오. 비워 두면 모든 구역입니다.</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호(&amp;P):</translation>
     </message>
     <message>
         <source>Password a&amp;gain:</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 확인(&amp;G):</translation>
     </message>
     <message>
         <source>Change user</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 변경</translation>
     </message>
     <message>
         <source>Set password</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 설정</translation>
     </message>
 </context>
 <context>
     <name>AccountRole</name>
     <message>
         <source>Viewer</source>
-        <translation type="unfinished"></translation>
+        <translation>열람자</translation>
     </message>
     <message>
         <source>Operator</source>
-        <translation type="unfinished"></translation>
+        <translation>운전원</translation>
     </message>
     <message>
         <source>Supervisor</source>
-        <translation type="unfinished"></translation>
+        <translation>감독자</translation>
     </message>
     <message>
         <source>Engineer</source>
-        <translation type="unfinished"></translation>
+        <translation>엔지니어</translation>
     </message>
     <message>
         <source>Administrator</source>
-        <translation type="unfinished"></translation>
+        <translation>관리자</translation>
     </message>
 </context>
 <context>
     <name>AccountsDialog</name>
     <message>
         <source>Users</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자</translation>
     </message>
     <message>
         <source>No.</source>
-        <translation type="unfinished"></translation>
+        <translation>번호</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished">이름</translation>
+        <translation>이름</translation>
     </message>
     <message>
         <source>Role</source>
-        <translation type="unfinished"></translation>
+        <translation>역할</translation>
     </message>
     <message>
         <source>Areas</source>
-        <translation type="unfinished"></translation>
+        <translation>책임 구역</translation>
     </message>
     <message>
         <source>State</source>
-        <translation type="unfinished">상태</translation>
+        <translation>상태</translation>
     </message>
     <message>
         <source>&amp;Add...</source>
-        <translation type="unfinished"></translation>
+        <translation>추가(&amp;A)...</translation>
     </message>
     <message>
         <source>&amp;Change...</source>
-        <translation type="unfinished"></translation>
+        <translation>변경(&amp;C)...</translation>
     </message>
     <message>
         <source>Set &amp;password...</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 설정(&amp;P)...</translation>
     </message>
     <message>
         <source>&amp;Lock</source>
-        <translation type="unfinished"></translation>
+        <translation>잠금(&amp;L)</translation>
     </message>
     <message>
         <source>&amp;Remove...</source>
-        <translation type="unfinished"></translation>
+        <translation>제거(&amp;R)...</translation>
     </message>
     <message>
         <source>all</source>
-        <translation type="unfinished">모두</translation>
+        <translation>모두</translation>
     </message>
     <message>
         <source>locked</source>
-        <translation type="unfinished"></translation>
+        <translation>잠김</translation>
     </message>
     <message>
         <source>Un&amp;lock</source>
-        <translation type="unfinished"></translation>
+        <translation>잠금 해제(&amp;L)</translation>
     </message>
     <message>
         <source>Only an administrator may do that.</source>
-        <translation type="unfinished"></translation>
+        <translation>관리자만 할 수 있는 작업입니다.</translation>
     </message>
     <message>
         <source>Remove user</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 제거</translation>
     </message>
     <message>
         <source>Remove user &quot;%1&quot;? A new user of that name would be another one.</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 &quot;%1&quot;을(를) 제거하시겠습니까? 나중에 같은 이름으로 추가한 사용자는 다른 사용자로 취급됩니다.</translation>
     </message>
 </context>
 <context>
@@ -793,76 +793,76 @@
     <name>BindPointDialog</name>
     <message>
         <source>Bind point</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트 바인딩</translation>
     </message>
     <message>
         <source>(one more)</source>
-        <translation type="unfinished"></translation>
+        <translation>(하나 더 추가)</translation>
     </message>
     <message>
         <source>Instead of</source>
-        <translation type="unfinished"></translation>
+        <translation>교체 대상</translation>
     </message>
     <message>
         <source>Point</source>
-        <translation type="unfinished">포인트</translation>
+        <translation>포인트</translation>
     </message>
 </context>
 <context>
     <name>BindingDock</name>
     <message>
         <source>Binding</source>
-        <translation type="unfinished">바인딩</translation>
+        <translation>바인딩</translation>
     </message>
     <message>
         <source>Shows</source>
-        <translation type="unfinished"></translation>
+        <translation>표시</translation>
     </message>
     <message>
         <source>Commands</source>
-        <translation type="unfinished"></translation>
+        <translation>명령</translation>
     </message>
 </context>
 <context>
     <name>BindingEditor</name>
     <message>
         <source>Point</source>
-        <translation type="unfinished">포인트</translation>
+        <translation>포인트</translation>
     </message>
     <message>
         <source>Another curve</source>
-        <translation type="unfinished"></translation>
+        <translation>곡선 추가</translation>
     </message>
     <message>
         <source>This shape shows no value.</source>
-        <translation type="unfinished"></translation>
+        <translation>이 도형은 값을 표시하지 않습니다.</translation>
     </message>
     <message>
         <source>Select a shape, or drop a point on the page.</source>
-        <translation type="unfinished"></translation>
+        <translation>도형을 선택하거나 포인트를 페이지에 끌어다 놓으십시오.</translation>
     </message>
 </context>
 <context>
     <name>CanvasAccessRightSettingWidget</name>
     <message>
         <source>Security</source>
-        <translation type="unfinished"></translation>
+        <translation>보안</translation>
     </message>
     <message>
         <source>Use Page Permission</source>
-        <translation type="unfinished"></translation>
+        <translation>페이지 권한 사용</translation>
     </message>
     <message>
         <source>Select User</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 선택</translation>
     </message>
     <message>
         <source>Select All</source>
-        <translation type="unfinished"></translation>
+        <translation>모두 선택</translation>
     </message>
     <message>
         <source>Clear All</source>
-        <translation type="unfinished"></translation>
+        <translation>모두 해제</translation>
     </message>
 </context>
 <context>
@@ -896,23 +896,23 @@
     <name>ChangePasswordDialog</name>
     <message>
         <source>Change password</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 변경</translation>
     </message>
     <message>
         <source>User:</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자:</translation>
     </message>
     <message>
         <source>&amp;Old password:</source>
-        <translation type="unfinished"></translation>
+        <translation>현재 비밀번호(&amp;O):</translation>
     </message>
     <message>
         <source>&amp;New password:</source>
-        <translation type="unfinished"></translation>
+        <translation>새 비밀번호(&amp;N):</translation>
     </message>
     <message>
         <source>New password &amp;again:</source>
-        <translation type="unfinished"></translation>
+        <translation>새 비밀번호 확인(&amp;A):</translation>
     </message>
 </context>
 <context>
@@ -948,230 +948,230 @@
     <name>ControlConfirm</name>
     <message>
         <source>Confirm Control</source>
-        <translation type="unfinished"></translation>
+        <translation>제어 확인</translation>
     </message>
     <message>
         <source>Command</source>
-        <translation type="unfinished"></translation>
+        <translation>명령</translation>
     </message>
     <message>
         <source>.........</source>
-        <translation type="unfinished"></translation>
+        <translation>.........</translation>
     </message>
     <message>
         <source>User Confirm</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 확인</translation>
     </message>
     <message>
         <source>User :</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 :</translation>
     </message>
     <message>
         <source>Password :</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 :</translation>
     </message>
     <message>
         <source>Failed</source>
-        <translation type="unfinished"></translation>
+        <translation>실패</translation>
     </message>
     <message>
         <source>Invaild Password</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호가 올바르지 않습니다</translation>
     </message>
 </context>
 <context>
     <name>ControlPath</name>
     <message>
         <source>somebody else is logged on by now</source>
-        <translation type="unfinished"></translation>
+        <translation>그사이 다른 사용자가 로그인했습니다</translation>
     </message>
     <message>
         <source>there is nobody here who could confirm</source>
-        <translation type="unfinished"></translation>
+        <translation>여기에는 승인할 수 있는 사람이 없습니다</translation>
     </message>
     <message>
         <source>confirmed without a password</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 없이 승인되었습니다</translation>
     </message>
     <message>
         <source>the operator did not confirm</source>
-        <translation type="unfinished"></translation>
+        <translation>운전원이 승인하지 않았습니다</translation>
     </message>
     <message>
         <source>waits for a second person</source>
-        <translation type="unfinished"></translation>
+        <translation>두 번째 승인자를 기다리는 중입니다</translation>
     </message>
     <message>
         <source>another command to this object is under way</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체에 대한 다른 명령이 진행 중입니다</translation>
     </message>
     <message>
         <source>%1 takes no commands</source>
-        <translation type="unfinished"></translation>
+        <translation>%1은(는) 명령을 받지 않습니다</translation>
     </message>
     <message>
         <source>no source takes commands to this object</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체에 대한 명령을 받는 데이터 소스가 없습니다</translation>
     </message>
     <message>
         <source>the feedback %1 is not known</source>
-        <translation type="unfinished"></translation>
+        <translation>피드백 %1을(를) 알 수 없습니다</translation>
     </message>
     <message>
         <source>the audit log can&apos;t be written</source>
-        <translation type="unfinished"></translation>
+        <translation>감사 로그를 기록할 수 없습니다</translation>
     </message>
     <message>
         <source>the feedback did not show the value in time</source>
-        <translation type="unfinished"></translation>
+        <translation>제한 시간 안에 피드백에서 해당 값이 확인되지 않았습니다</translation>
     </message>
     <message>
         <source>no second person confirmed</source>
-        <translation type="unfinished"></translation>
+        <translation>두 번째 승인자가 승인하지 않았습니다</translation>
     </message>
     <message>
         <source>the session ended</source>
-        <translation type="unfinished"></translation>
+        <translation>세션이 종료되었습니다</translation>
     </message>
 </context>
 <context>
     <name>ControlRules</name>
     <message>
         <source>commands to this object are inhibited</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체에 대한 명령이 금지되어 있습니다</translation>
     </message>
     <message>
         <source>this command needs a reason</source>
-        <translation type="unfinished"></translation>
+        <translation>이 명령에는 사유가 필요합니다</translation>
     </message>
     <message>
         <source>your role or areas do not permit this</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자의 역할 또는 책임 구역으로는 허용되지 않습니다</translation>
     </message>
     <message>
         <source>you may not operate from the page %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 페이지에서는 조작할 수 없습니다</translation>
     </message>
     <message>
         <source>this object takes no commands</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체는 명령을 받지 않습니다</translation>
     </message>
     <message>
         <source>this value is entered by hand</source>
-        <translation type="unfinished"></translation>
+        <translation>이 값은 수동으로 입력하는 값입니다</translation>
     </message>
     <message>
         <source>this value is not entered by hand</source>
-        <translation type="unfinished"></translation>
+        <translation>이 값은 수동으로 입력하는 값이 아닙니다</translation>
     </message>
     <message>
         <source>this object takes commands without being selected</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체는 선택하지 않아도 명령을 받습니다</translation>
     </message>
     <message>
         <source>only an analog point takes a setpoint</source>
-        <translation type="unfinished"></translation>
+        <translation>설정값은 아날로그 포인트에만 지정할 수 있습니다</translation>
     </message>
     <message>
         <source>this object takes no steps up and down</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체는 증가 및 감소 명령을 받지 않습니다</translation>
     </message>
     <message>
         <source>%1 has selected this object</source>
-        <translation type="unfinished"></translation>
+        <translation>%1이(가) 이 객체를 선택한 상태입니다</translation>
     </message>
     <message>
         <source>this object must be selected first</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체를 먼저 선택해야 합니다</translation>
     </message>
     <message>
         <source>the value is no number</source>
-        <translation type="unfinished"></translation>
+        <translation>값이 숫자가 아닙니다</translation>
     </message>
     <message>
         <source>the present value can&apos;t be relied on</source>
-        <translation type="unfinished"></translation>
+        <translation>현재값을 신뢰할 수 없습니다</translation>
     </message>
     <message>
         <source>the value is no state from 0 to %1</source>
-        <translation type="unfinished"></translation>
+        <translation>값이 0부터 %1까지의 상태가 아닙니다</translation>
     </message>
     <message>
         <source>the value lies below %1</source>
-        <translation type="unfinished"></translation>
+        <translation>값이 %1보다 작습니다</translation>
     </message>
     <message>
         <source>the value lies above %1</source>
-        <translation type="unfinished"></translation>
+        <translation>값이 %1보다 큽니다</translation>
     </message>
     <message>
         <source>the interlock can&apos;t be read: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>인터록을 해석할 수 없습니다: %1</translation>
     </message>
     <message>
         <source>interlocked: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>인터록: %1</translation>
     </message>
 </context>
 <context>
     <name>ControlSystem</name>
     <message>
         <source>Log on to open this page.</source>
-        <translation type="unfinished"></translation>
+        <translation>이 페이지를 열려면 로그인하십시오.</translation>
     </message>
     <message>
         <source>%1 may not open this page.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1은(는) 이 페이지를 열 수 없습니다.</translation>
     </message>
 </context>
 <context>
     <name>DatabaseManager</name>
     <message>
         <source>This project has no user security.</source>
-        <translation type="unfinished"></translation>
+        <translation>이 프로젝트는 사용자 보안을 사용하지 않습니다.</translation>
     </message>
     <message>
         <source>The user name or the password is wrong.</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 이름 또는 비밀번호가 올바르지 않습니다.</translation>
     </message>
     <message>
         <source>Nobody is logged on.</source>
-        <translation type="unfinished"></translation>
+        <translation>로그인한 사용자가 없습니다.</translation>
     </message>
     <message>
         <source>Too many wrong passwords: try again in %1 s.</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호를 너무 많이 잘못 입력했습니다. %1초 후에 다시 시도하십시오.</translation>
     </message>
     <message>
         <source>This user is locked.</source>
-        <translation type="unfinished"></translation>
+        <translation>잠긴 사용자입니다.</translation>
     </message>
 </context>
 <context>
     <name>DesignDocument</name>
     <message>
         <source>Values</source>
-        <translation type="unfinished"></translation>
+        <translation>값</translation>
     </message>
     <message>
         <source>Bind to %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1에 바인딩</translation>
     </message>
     <message>
         <source>Release from %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 바인딩 해제</translation>
     </message>
     <message>
         <source>Add %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 추가</translation>
     </message>
     <message>
         <source>Change the operation</source>
-        <translation type="unfinished"></translation>
+        <translation>조작 설정 변경</translation>
     </message>
     <message>
         <source>Change the access rights</source>
-        <translation type="unfinished"></translation>
+        <translation>접근 권한 변경</translation>
     </message>
 </context>
 <context>
@@ -1256,40 +1256,42 @@
     </message>
     <message>
         <source>&amp;Edit</source>
-        <translation type="unfinished"></translation>
+        <translation>편집(&amp;E)</translation>
     </message>
     <message>
         <source>&amp;Undo</source>
-        <translation type="unfinished"></translation>
+        <translation>실행 취소(&amp;U)</translation>
     </message>
     <message>
         <source>&amp;Redo</source>
-        <translation type="unfinished"></translation>
+        <translation>다시 실행(&amp;R)</translation>
     </message>
     <message>
         <source>&amp;Bind point...</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트 바인딩(&amp;B)...</translation>
     </message>
     <message>
         <source>&amp;Page</source>
-        <translation type="unfinished">페이지(&amp;P)</translation>
+        <translation>페이지(&amp;P)</translation>
     </message>
     <message>
         <source>&amp;Access rights...</source>
-        <translation type="unfinished"></translation>
+        <translation>접근 권한(&amp;A)...</translation>
     </message>
 </context>
 <context>
     <name>DialogConfirmer</name>
     <message>
         <source>Second person</source>
-        <translation type="unfinished"></translation>
+        <translation>두 번째 승인자</translation>
     </message>
     <message>
         <source>%1
 
 Who confirms this command besides %2?</source>
-        <translation type="unfinished"></translation>
+        <translation>%1
+
+이 명령을 %2 외에 누가 승인합니까?</translation>
     </message>
 </context>
 <context>
@@ -1366,27 +1368,27 @@ Who confirms this command besides %2?</source>
     <name>FileName</name>
     <message>
         <source>A name is needed.</source>
-        <translation type="unfinished"></translation>
+        <translation>이름을 입력해야 합니다.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; begins or ends with a blank.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;의 앞이나 뒤에 공백이 있습니다.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; has a character that a file&apos;s name can&apos;t have.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;에 파일 이름에 사용할 수 없는 문자가 있습니다.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; begins with a dot: the file would be hidden.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;이(가) 점으로 시작하여 파일이 숨겨집니다.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is a name that some systems keep for themselves.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;은(는) 일부 시스템에서 예약한 이름입니다.</translation>
     </message>
     <message>
         <source>The name is longer than %1 bytes.</source>
-        <translation type="unfinished"></translation>
+        <translation>이름이 %1바이트보다 깁니다.</translation>
     </message>
 </context>
 <context>
@@ -1428,27 +1430,27 @@ Who confirms this command besides %2?</source>
     <name>FirstAccountDialog</name>
     <message>
         <source>First administrator</source>
-        <translation type="unfinished"></translation>
+        <translation>첫 번째 관리자</translation>
     </message>
     <message>
         <source>This project has user security and no user yet. The first user is its administrator and adds the others.</source>
-        <translation type="unfinished"></translation>
+        <translation>이 프로젝트는 사용자 보안을 사용하지만 아직 사용자가 없습니다. 첫 번째 사용자는 관리자가 되어 다른 사용자를 추가합니다.</translation>
     </message>
     <message>
         <source>&amp;Name:</source>
-        <translation type="unfinished"></translation>
+        <translation>이름(&amp;N):</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호(&amp;P):</translation>
     </message>
     <message>
         <source>Password &amp;again:</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 확인(&amp;A):</translation>
     </message>
     <message>
         <source>There is an account by now: ask its user.</source>
-        <translation type="unfinished"></translation>
+        <translation>그사이 계정이 추가되었습니다. 해당 계정의 사용자에게 문의하십시오.</translation>
     </message>
 </context>
 <context>
@@ -1501,61 +1503,61 @@ Who confirms this command besides %2?</source>
     </message>
     <message>
         <source>Replay went to %1</source>
-        <translation type="unfinished"></translation>
+        <translation>재생 위치 이동: %1</translation>
     </message>
     <message>
         <source>%1 logged on</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 로그인</translation>
     </message>
     <message>
         <source>%1 logged off</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 로그아웃</translation>
     </message>
 </context>
 <context>
     <name>LogOnDialog</name>
     <message>
         <source>Log on</source>
-        <translation type="unfinished"></translation>
+        <translation>로그인</translation>
     </message>
     <message>
         <source>&amp;User:</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자(&amp;U):</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호(&amp;P):</translation>
     </message>
     <message>
         <source>&amp;Log on</source>
-        <translation type="unfinished"></translation>
+        <translation>로그인(&amp;L)</translation>
     </message>
     <message>
         <source>Too many wrong passwords. Try again in %1 s.</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호를 너무 많이 잘못 입력했습니다. %1초 후에 다시 시도하십시오.</translation>
     </message>
 </context>
 <context>
     <name>NewPasswordFields</name>
     <message>
         <source>The password needs %1 characters at least.</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호는 %1자 이상이어야 합니다.</translation>
     </message>
     <message>
         <source>The password is too long.</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호가 너무 깁니다.</translation>
     </message>
     <message>
         <source>The two passwords differ.</source>
-        <translation type="unfinished"></translation>
+        <translation>두 비밀번호가 일치하지 않습니다.</translation>
     </message>
     <message>
         <source>Short: %1 characters or more are safer.</source>
-        <translation type="unfinished"></translation>
+        <translation>짧은 비밀번호입니다. %1자 이상이 더 안전합니다.</translation>
     </message>
     <message>
         <source>Good length.</source>
-        <translation type="unfinished"></translation>
+        <translation>길이가 적당합니다.</translation>
     </message>
 </context>
 <context>
@@ -1941,413 +1943,413 @@ Who confirms this command besides %2?</source>
     <name>OperationBanner</name>
     <message>
         <source>Close</source>
-        <translation type="unfinished"></translation>
+        <translation>닫기</translation>
     </message>
 </context>
 <context>
     <name>OperationDock</name>
     <message>
         <source>Operations</source>
-        <translation type="unfinished"></translation>
+        <translation>조작 이력</translation>
     </message>
     <message>
         <source>Time</source>
-        <translation type="unfinished"></translation>
+        <translation>시각</translation>
     </message>
     <message>
         <source>User</source>
-        <translation type="unfinished">사용자</translation>
+        <translation>사용자</translation>
     </message>
     <message>
         <source>Command</source>
-        <translation type="unfinished"></translation>
+        <translation>명령</translation>
     </message>
     <message>
         <source>Outcome</source>
-        <translation type="unfinished"></translation>
+        <translation>결과</translation>
     </message>
     <message>
         <source>Reason</source>
-        <translation type="unfinished">사유</translation>
+        <translation>사유</translation>
     </message>
     <message>
         <source>%1 and %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, %2</translation>
     </message>
 </context>
 <context>
     <name>OperationEditor</name>
     <message>
         <source>Times</source>
-        <translation type="unfinished"></translation>
+        <translation>배율</translation>
     </message>
     <message>
         <source>None</source>
-        <translation type="unfinished"></translation>
+        <translation>없음</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished">값</translation>
+        <translation>값</translation>
     </message>
     <message>
         <source>Key</source>
-        <translation type="unfinished"></translation>
+        <translation>키</translation>
     </message>
     <message>
         <source>No command</source>
-        <translation type="unfinished"></translation>
+        <translation>명령 없음</translation>
     </message>
     <message>
         <source>Select</source>
-        <translation type="unfinished"></translation>
+        <translation>선택</translation>
     </message>
     <message>
         <source>Operate</source>
-        <translation type="unfinished"></translation>
+        <translation>조작</translation>
     </message>
     <message>
         <source>Set a set point</source>
-        <translation type="unfinished"></translation>
+        <translation>설정값 지정</translation>
     </message>
     <message>
         <source>Raise</source>
-        <translation type="unfinished"></translation>
+        <translation>증가</translation>
     </message>
     <message>
         <source>Lower</source>
-        <translation type="unfinished"></translation>
+        <translation>감소</translation>
     </message>
     <message>
         <source>Enter a value by hand</source>
-        <translation type="unfinished"></translation>
+        <translation>수동 값 입력</translation>
     </message>
     <message>
         <source>is fixed</source>
-        <translation type="unfinished"></translation>
+        <translation>고정값</translation>
     </message>
     <message>
         <source>is entered</source>
-        <translation type="unfinished"></translation>
+        <translation>직접 입력</translation>
     </message>
     <message>
         <source>is entered within limits</source>
-        <translation type="unfinished"></translation>
+        <translation>한계값 안에서 입력</translation>
     </message>
     <message>
         <source>is chosen from a list</source>
-        <translation type="unfinished"></translation>
+        <translation>목록에서 선택</translation>
     </message>
     <message>
         <source>What is sent is what was entered times this.</source>
-        <translation type="unfinished"></translation>
+        <translation>입력한 값에 이 배율을 곱한 값을 전송합니다.</translation>
     </message>
     <message>
         <source>From</source>
-        <translation type="unfinished">시작 시각</translation>
+        <translation>최소값</translation>
     </message>
     <message>
         <source>To</source>
-        <translation type="unfinished">종료 시각</translation>
+        <translation>최대값</translation>
     </message>
     <message>
         <source>Step</source>
-        <translation type="unfinished"></translation>
+        <translation>증감 단위</translation>
     </message>
     <message>
         <source>Decimals</source>
-        <translation type="unfinished"></translation>
+        <translation>소수 자릿수</translation>
     </message>
     <message>
         <source>Text</source>
-        <translation type="unfinished">텍스트</translation>
+        <translation>텍스트</translation>
     </message>
     <message>
         <source>Add</source>
-        <translation type="unfinished"></translation>
+        <translation>추가</translation>
     </message>
     <message>
         <source>Remove</source>
-        <translation type="unfinished"></translation>
+        <translation>제거</translation>
     </message>
     <message>
         <source>Object</source>
-        <translation type="unfinished">개체</translation>
+        <translation>객체</translation>
     </message>
     <message>
         <source>Name the object that the command goes to.</source>
-        <translation type="unfinished"></translation>
+        <translation>명령을 보낼 객체를 지정하십시오.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is no number.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;은(는) 숫자가 아닙니다.</translation>
     </message>
     <message>
         <source>The lower limit lies above the upper one.</source>
-        <translation type="unfinished"></translation>
+        <translation>하한이 상한보다 큽니다.</translation>
     </message>
     <message>
         <source>Another shape has this key: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>다른 도형에서 이 키를 사용합니다: %1.</translation>
     </message>
     <message>
         <source>State %1</source>
-        <translation type="unfinished"></translation>
+        <translation>상태 %1</translation>
     </message>
 </context>
 <context>
     <name>OperationNames</name>
     <message>
         <source>Select</source>
-        <translation type="unfinished"></translation>
+        <translation>선택</translation>
     </message>
     <message>
         <source>Operate</source>
-        <translation type="unfinished"></translation>
+        <translation>조작</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>취소</translation>
     </message>
     <message>
         <source>Setpoint</source>
-        <translation type="unfinished"></translation>
+        <translation>설정값</translation>
     </message>
     <message>
         <source>Raise</source>
-        <translation type="unfinished"></translation>
+        <translation>증가</translation>
     </message>
     <message>
         <source>Lower</source>
-        <translation type="unfinished"></translation>
+        <translation>감소</translation>
     </message>
     <message>
         <source>Enter value</source>
-        <translation type="unfinished"></translation>
+        <translation>값 입력</translation>
     </message>
     <message>
         <source>Substitute</source>
-        <translation type="unfinished"></translation>
+        <translation>대체</translation>
     </message>
     <message>
         <source>End substitution</source>
-        <translation type="unfinished"></translation>
+        <translation>대체 해제</translation>
     </message>
     <message>
         <source>Inhibit</source>
-        <translation type="unfinished"></translation>
+        <translation>금지</translation>
     </message>
     <message>
         <source>Information tag</source>
-        <translation type="unfinished"></translation>
+        <translation>정보 태그</translation>
     </message>
     <message>
         <source>Change limit</source>
-        <translation type="unfinished"></translation>
+        <translation>한계값 변경</translation>
     </message>
     <message>
         <source>Change dead band</source>
-        <translation type="unfinished"></translation>
+        <translation>데드밴드 변경</translation>
     </message>
     <message>
         <source>Scan</source>
-        <translation type="unfinished"></translation>
+        <translation>스캔</translation>
     </message>
     <message>
         <source>Reconnect</source>
-        <translation type="unfinished"></translation>
+        <translation>재연결</translation>
     </message>
     <message>
         <source>Reset statistics</source>
-        <translation type="unfinished"></translation>
+        <translation>통계 초기화</translation>
     </message>
     <message>
         <source>Requested</source>
-        <translation type="unfinished"></translation>
+        <translation>요청됨</translation>
     </message>
     <message>
         <source>Sent</source>
-        <translation type="unfinished"></translation>
+        <translation>전송됨</translation>
     </message>
     <message>
         <source>Done</source>
-        <translation type="unfinished"></translation>
+        <translation>완료</translation>
     </message>
     <message>
         <source>Not permitted</source>
-        <translation type="unfinished"></translation>
+        <translation>권한 없음</translation>
     </message>
     <message>
         <source>Inhibited</source>
-        <translation type="unfinished"></translation>
+        <translation>금지됨</translation>
     </message>
     <message>
         <source>Interlocked</source>
-        <translation type="unfinished"></translation>
+        <translation>인터록</translation>
     </message>
     <message>
         <source>Not confirmed</source>
-        <translation type="unfinished"></translation>
+        <translation>승인되지 않음</translation>
     </message>
     <message>
         <source>Not selected</source>
-        <translation type="unfinished"></translation>
+        <translation>선택되지 않음</translation>
     </message>
     <message>
         <source>Out of limits</source>
-        <translation type="unfinished"></translation>
+        <translation>한계값 벗어남</translation>
     </message>
     <message>
         <source>Refused</source>
-        <translation type="unfinished"></translation>
+        <translation>거부됨</translation>
     </message>
     <message>
         <source>Timed out</source>
-        <translation type="unfinished"></translation>
+        <translation>시간 초과</translation>
     </message>
     <message>
         <source>Cancelled</source>
-        <translation type="unfinished"></translation>
+        <translation>취소됨</translation>
     </message>
 </context>
 <context>
     <name>OperatorChanges</name>
     <message>
         <source>%1: the limits that an operator changed are not in force: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: 운전원이 변경한 한계값이 적용되지 않았습니다: %2</translation>
     </message>
     <message>
         <source>%1: the dead band that an operator changed is not in force: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: 운전원이 변경한 데드밴드가 적용되지 않았습니다: %2</translation>
     </message>
     <message>
         <source>alarms of this object are inhibited already</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체의 경보는 이미 금지되어 있습니다</translation>
     </message>
     <message>
         <source>alarms of this object are not inhibited</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체의 경보는 금지되어 있지 않습니다</translation>
     </message>
     <message>
         <source>a line is not scanned</source>
-        <translation type="unfinished"></translation>
+        <translation>통신 회선은 스캔하지 않습니다</translation>
     </message>
     <message>
         <source>this object is not scanned already</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체의 스캔은 이미 중지되어 있습니다</translation>
     </message>
     <message>
         <source>this object is scanned already</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체는 이미 스캔 중입니다</translation>
     </message>
     <message>
         <source>only the value of a point can be substituted</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트의 값만 대체할 수 있습니다</translation>
     </message>
     <message>
         <source>the value does not fit the point</source>
-        <translation type="unfinished"></translation>
+        <translation>값이 포인트에 맞지 않습니다</translation>
     </message>
     <message>
         <source>this value is not substituted</source>
-        <translation type="unfinished"></translation>
+        <translation>이 값은 대체되어 있지 않습니다</translation>
     </message>
     <message>
         <source>a limit must be a number</source>
-        <translation type="unfinished"></translation>
+        <translation>한계값은 숫자여야 합니다</translation>
     </message>
     <message>
         <source>this object has no statistics so far</source>
-        <translation type="unfinished"></translation>
+        <translation>이 객체에는 아직 통계가 없습니다</translation>
     </message>
 </context>
 <context>
     <name>OperatorInputDialog</name>
     <message>
         <source>Command</source>
-        <translation type="unfinished"></translation>
+        <translation>명령</translation>
     </message>
     <message>
         <source>Present value:</source>
-        <translation type="unfinished"></translation>
+        <translation>현재값:</translation>
     </message>
     <message>
         <source>&amp;Reason:</source>
-        <translation type="unfinished">사유(&amp;R):</translation>
+        <translation>사유(&amp;R):</translation>
     </message>
     <message>
         <source>&amp;Value:</source>
-        <translation type="unfinished"></translation>
+        <translation>값(&amp;V):</translation>
     </message>
     <message>
         <source>Limits:</source>
-        <translation type="unfinished"></translation>
+        <translation>한계값:</translation>
     </message>
     <message>
         <source>%1 to %2</source>
         <comment>limits of a number</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 ~ %2</translation>
     </message>
 </context>
 <context>
     <name>OperatorStation</name>
     <message>
         <source>&amp;Log on...</source>
-        <translation type="unfinished"></translation>
+        <translation>로그인(&amp;L)...</translation>
     </message>
     <message>
         <source>Log &amp;off</source>
-        <translation type="unfinished"></translation>
+        <translation>로그아웃(&amp;O)</translation>
     </message>
     <message>
         <source>Change &amp;password...</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 변경(&amp;P)...</translation>
     </message>
     <message>
         <source>User &amp;accounts...</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 계정(&amp;A)...</translation>
     </message>
     <message>
         <source>&amp;Summary of all points</source>
-        <translation type="unfinished"></translation>
+        <translation>전체 포인트 요약(&amp;S)</translation>
     </message>
     <message>
         <source>&amp;Operations</source>
-        <translation type="unfinished"></translation>
+        <translation>조작 이력(&amp;O)</translation>
     </message>
     <message>
         <source>%1 (%2)</source>
         <comment>user, role</comment>
-        <translation type="unfinished">%1 (%2)</translation>
+        <translation>%1 (%2)</translation>
     </message>
     <message>
         <source>Nobody is logged on</source>
-        <translation type="unfinished"></translation>
+        <translation>로그인한 사용자 없음</translation>
     </message>
 </context>
 <context>
     <name>PageOperations</name>
     <message>
         <source>%1: what was entered is no number</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: 입력한 값이 숫자가 아닙니다</translation>
     </message>
     <message>
         <source>%1: enter a number from %2 to %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: %2부터 %3까지의 숫자를 입력하십시오</translation>
     </message>
     <message>
         <source>%1: there is no such object</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: 해당 객체가 없습니다</translation>
     </message>
 </context>
 <context>
     <name>PasswordHash</name>
     <message>
         <source>libsodium could not be started</source>
-        <translation type="unfinished"></translation>
+        <translation>libsodium을 시작하지 못했습니다</translation>
     </message>
     <message>
         <source>there is too little memory to check a password</source>
-        <translation type="unfinished"></translation>
+        <translation>메모리가 부족하여 비밀번호를 확인할 수 없습니다</translation>
     </message>
 </context>
 <context>
@@ -2382,60 +2384,60 @@ Who confirms this command besides %2?</source>
     <name>PointDock</name>
     <message>
         <source>Points</source>
-        <translation type="unfinished">포인트</translation>
+        <translation>포인트</translation>
     </message>
 </context>
 <context>
     <name>PointDrop</name>
     <message>
         <source>Show %1 instead of</source>
-        <translation type="unfinished"></translation>
+        <translation>다음 대신 %1 표시</translation>
     </message>
     <message>
         <source>As another curve</source>
-        <translation type="unfinished"></translation>
+        <translation>다른 곡선으로 추가</translation>
     </message>
 </context>
 <context>
     <name>PointSelectWidget</name>
     <message>
         <source>PointSelectWidget</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트 선택</translation>
     </message>
     <message>
         <source>Point Name : </source>
-        <translation type="unfinished"></translation>
+        <translation>포인트 이름 : </translation>
     </message>
     <message>
         <source>...</source>
-        <translation type="unfinished">...</translation>
+        <translation>...</translation>
     </message>
 </context>
 <context>
     <name>PointToolTipWidget</name>
     <message>
         <source>Name: </source>
-        <translation type="unfinished"></translation>
+        <translation>이름: </translation>
     </message>
     <message>
         <source>Discription: </source>
-        <translation type="unfinished"></translation>
+        <translation>설명: </translation>
     </message>
 </context>
 <context>
     <name>PointTree</name>
     <message>
         <source>Filter: name, description or station</source>
-        <translation type="unfinished">필터: 이름, 설명 또는 스테이션</translation>
+        <translation>필터: 이름, 설명 또는 스테이션</translation>
     </message>
     <message>
         <source>The project has no points.</source>
-        <translation type="unfinished"></translation>
+        <translation>프로젝트에 포인트가 없습니다.</translation>
     </message>
     <message>
         <source>%1 of %2</source>
         <comment>points</comment>
-        <translation type="unfinished">%2개 중 %1개</translation>
+        <translation>%2개 중 %1개</translation>
     </message>
 </context>
 <context>
@@ -2502,178 +2504,178 @@ Who confirms this command besides %2?</source>
     <name>ProjectManager</name>
     <message>
         <source>%1 can&apos;t be made: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1을(를) 만들 수 없습니다: %2</translation>
     </message>
     <message>
         <source>%1 can&apos;t be written: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1에 쓸 수 없습니다: %2</translation>
     </message>
     <message>
         <source>%1 is a file, not a folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1은(는) 폴더가 아니라 파일입니다.</translation>
     </message>
     <message>
         <source>%1 holds a project already.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1에 이미 프로젝트가 있습니다.</translation>
     </message>
     <message>
         <source>%1 is not empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1이(가) 비어 있지 않습니다.</translation>
     </message>
     <message>
         <source>The folder %1 can&apos;t be made.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 폴더를 만들 수 없습니다.</translation>
     </message>
     <message>
         <source>No project is open.</source>
-        <translation type="unfinished"></translation>
+        <translation>열려 있는 프로젝트가 없습니다.</translation>
     </message>
     <message>
         <source>%1 was changed by another program and is left as it is. Open the project again.</source>
-        <translation type="unfinished"></translation>
+        <translation>다른 프로그램이 %1을(를) 변경하여 그대로 두었습니다. 프로젝트를 다시 여십시오.</translation>
     </message>
     <message>
         <source>The project has no page &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>프로젝트에 &quot;%1&quot; 페이지가 없습니다.</translation>
     </message>
     <message>
         <source>The name &quot;%1&quot; is taken by a page that was removed; its file is still there.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;은(는) 제거된 페이지의 이름이며 그 파일이 아직 남아 있어 사용할 수 없습니다.</translation>
     </message>
     <message>
         <source>The name &quot;%1&quot; is taken.</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;은(는) 이미 사용 중인 이름입니다.</translation>
     </message>
     <message>
         <source>%1 can&apos;t be renamed: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1의 이름을 바꿀 수 없습니다: %2</translation>
     </message>
 </context>
 <context>
     <name>ProjectPanel</name>
     <message>
         <source>&amp;Open...</source>
-        <translation type="unfinished"></translation>
+        <translation>열기(&amp;O)...</translation>
     </message>
     <message>
         <source>Ne&amp;w...</source>
-        <translation type="unfinished"></translation>
+        <translation>새로 만들기(&amp;W)...</translation>
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation type="unfinished">저장(&amp;S)</translation>
+        <translation>저장(&amp;S)</translation>
     </message>
     <message>
         <source>&amp;Name:</source>
-        <translation type="unfinished"></translation>
+        <translation>이름(&amp;N):</translation>
     </message>
     <message>
         <source>&amp;Folder:</source>
-        <translation type="unfinished"></translation>
+        <translation>폴더(&amp;F):</translation>
     </message>
     <message>
         <source>So&amp;urce:</source>
-        <translation type="unfinished"></translation>
+        <translation>데이터 소스(&amp;U):</translation>
     </message>
     <message>
         <source>&amp;Tick:</source>
-        <translation type="unfinished"></translation>
+        <translation>갱신 주기(&amp;T):</translation>
     </message>
     <message>
         <source>Security:</source>
-        <translation type="unfinished"></translation>
+        <translation>보안:</translation>
     </message>
     <message>
         <source>&amp;Passwords, roles and page rights</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호, 역할 및 페이지 권한(&amp;P)</translation>
     </message>
     <message>
         <source>Pages</source>
-        <translation type="unfinished"></translation>
+        <translation>페이지</translation>
     </message>
     <message>
         <source>Page</source>
-        <translation type="unfinished">페이지</translation>
+        <translation>페이지</translation>
     </message>
     <message>
         <source>Opens first</source>
-        <translation type="unfinished"></translation>
+        <translation>처음 열림</translation>
     </message>
     <message>
         <source>&amp;Add page...</source>
-        <translation type="unfinished"></translation>
+        <translation>페이지 추가(&amp;A)...</translation>
     </message>
     <message>
         <source>&amp;Rename page...</source>
-        <translation type="unfinished"></translation>
+        <translation>페이지 이름 바꾸기(&amp;R)...</translation>
     </message>
     <message>
         <source>Re&amp;move page</source>
-        <translation type="unfinished"></translation>
+        <translation>페이지 제거(&amp;M)</translation>
     </message>
     <message>
         <source>Set as start pa&amp;ge</source>
-        <translation type="unfinished"></translation>
+        <translation>시작 페이지로 설정(&amp;G)</translation>
     </message>
     <message>
         <source>Open project</source>
-        <translation type="unfinished"></translation>
+        <translation>프로젝트 열기</translation>
     </message>
     <message>
         <source>Folder of the new project</source>
-        <translation type="unfinished"></translation>
+        <translation>새 프로젝트 폴더</translation>
     </message>
     <message>
         <source>Add page</source>
-        <translation type="unfinished"></translation>
+        <translation>페이지 추가</translation>
     </message>
     <message>
         <source>Name of the new page:</source>
-        <translation type="unfinished"></translation>
+        <translation>새 페이지 이름:</translation>
     </message>
     <message>
         <source>Rename page</source>
-        <translation type="unfinished"></translation>
+        <translation>페이지 이름 바꾸기</translation>
     </message>
     <message>
         <source>New name of &quot;%1&quot;:</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot;의 새 이름:</translation>
     </message>
     <message>
         <source>%1[*] - Project</source>
-        <translation type="unfinished"></translation>
+        <translation>%1[*] - 프로젝트</translation>
     </message>
     <message>
         <source>Project</source>
-        <translation type="unfinished"></translation>
+        <translation>프로젝트</translation>
     </message>
     <message>
         <source>%1 ms</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ms</translation>
     </message>
     <message>
         <source>simulation (none is named)</source>
-        <translation type="unfinished"></translation>
+        <translation>시뮬레이션(지정된 데이터 소스 없음)</translation>
     </message>
     <message>
         <source>From the next start of the project.</source>
-        <translation type="unfinished"></translation>
+        <translation>프로젝트를 다음에 시작할 때부터 적용됩니다.</translation>
     </message>
     <message>
         <source>start page</source>
-        <translation type="unfinished"></translation>
+        <translation>시작 페이지</translation>
     </message>
     <message>
         <source>The project &quot;%1&quot; was changed. Save it?</source>
-        <translation type="unfinished"></translation>
+        <translation>프로젝트 &quot;%1&quot;이(가) 변경되었습니다. 저장하시겠습니까?</translation>
     </message>
     <message>
         <source>New project</source>
-        <translation type="unfinished"></translation>
+        <translation>새 프로젝트</translation>
     </message>
     <message>
         <source>Name of the project:</source>
-        <translation type="unfinished"></translation>
+        <translation>프로젝트 이름:</translation>
     </message>
 </context>
 <context>
@@ -2687,15 +2689,15 @@ Who confirms this command besides %2?</source>
     <name>RuntimeManager</name>
     <message>
         <source>only a unit is scanned</source>
-        <translation type="unfinished"></translation>
+        <translation>장치만 스캔할 수 있습니다</translation>
     </message>
     <message>
         <source>no source is known for this line</source>
-        <translation type="unfinished"></translation>
+        <translation>이 통신 회선의 데이터 소스를 알 수 없습니다</translation>
     </message>
     <message>
         <source>%1: %2</source>
-        <translation type="unfinished">%1: %2</translation>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
@@ -2780,15 +2782,15 @@ Who confirms this command besides %2?</source>
     </message>
     <message>
         <source>&amp;Operate</source>
-        <translation type="unfinished"></translation>
+        <translation>조작(&amp;O)</translation>
     </message>
     <message>
         <source>Log on to see the plant&apos;s pages (Ctrl+L).</source>
-        <translation type="unfinished"></translation>
+        <translation>설비 페이지를 보려면 로그인하십시오(Ctrl+L).</translation>
     </message>
     <message>
         <source>No page is open.</source>
-        <translation type="unfinished"></translation>
+        <translation>열려 있는 페이지가 없습니다.</translation>
     </message>
 </context>
 <context>
@@ -2871,11 +2873,11 @@ Who confirms this command besides %2?</source>
     <name>ShapeBinding</name>
     <message>
         <source>%1, condition</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, 조건</translation>
     </message>
     <message>
         <source>%1, value %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, 값 %2</translation>
     </message>
 </context>
 <context>
@@ -2936,197 +2938,197 @@ Who confirms this command besides %2?</source>
     <name>SummaryCentralWidget</name>
     <message>
         <source>Points</source>
-        <translation type="unfinished">포인트</translation>
+        <translation>포인트</translation>
     </message>
     <message>
         <source>%1 (%2)</source>
         <comment>what it does (keys)</comment>
-        <translation type="unfinished">%1 (%2)</translation>
+        <translation>%1 (%2)</translation>
     </message>
     <message>
         <source>Go to page</source>
-        <translation type="unfinished">페이지로 이동</translation>
+        <translation>페이지로 이동</translation>
     </message>
     <message>
         <source>Show the page of the point</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트가 있는 페이지 표시</translation>
     </message>
     <message>
         <source>Refresh</source>
-        <translation type="unfinished"></translation>
+        <translation>새로 고침</translation>
     </message>
     <message>
         <source>Filter and sort by what is there now</source>
-        <translation type="unfinished"></translation>
+        <translation>현재 내용으로 다시 필터링하고 정렬</translation>
     </message>
     <message>
         <source>Copy</source>
-        <translation type="unfinished">복사</translation>
+        <translation>복사</translation>
     </message>
     <message>
         <source>Copy the rows selected</source>
-        <translation type="unfinished"></translation>
+        <translation>선택한 행 복사</translation>
     </message>
     <message>
         <source>Export...</source>
-        <translation type="unfinished">내보내기...</translation>
+        <translation>내보내기...</translation>
     </message>
     <message>
         <source>Write what is shown to a file</source>
-        <translation type="unfinished">표시된 내용을 파일로 저장</translation>
+        <translation>표시된 내용을 파일로 저장</translation>
     </message>
     <message>
         <source>Columns...</source>
-        <translation type="unfinished">열 선택...</translation>
+        <translation>열 선택...</translation>
     </message>
     <message>
         <source>Choose the columns that are shown</source>
-        <translation type="unfinished"></translation>
+        <translation>표시할 열 선택</translation>
     </message>
     <message numerus="yes">
         <source>At most %n row(s) can be copied at once. Export writes any number to a file.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>한 번에 최대 %n행까지 복사할 수 있습니다. 내보내기는 행 수에 제한이 없습니다.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%1 of %n point(s)</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>포인트 %n개 중 %1개</numerusform>
         </translation>
     </message>
     <message>
         <source>%1 of %2 points written</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트 %2개 중 %1개 저장</translation>
     </message>
     <message>
         <source>being sorted</source>
-        <translation type="unfinished"></translation>
+        <translation>정렬 중</translation>
     </message>
     <message>
         <source>rows stay in place while so many are selected</source>
-        <translation type="unfinished"></translation>
+        <translation>선택한 행이 많은 동안 행 순서를 유지합니다</translation>
     </message>
 </context>
 <context>
     <name>SummaryColumns</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished">이름</translation>
+        <translation>이름</translation>
     </message>
     <message>
         <source>Description</source>
-        <translation type="unfinished">설명</translation>
+        <translation>설명</translation>
     </message>
     <message>
         <source>Station</source>
-        <translation type="unfinished"></translation>
+        <translation>스테이션</translation>
     </message>
     <message>
         <source>Area</source>
-        <translation type="unfinished">책임 구역</translation>
+        <translation>책임 구역</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished">값</translation>
+        <translation>값</translation>
     </message>
     <message>
         <source>Unit</source>
-        <translation type="unfinished">장치</translation>
+        <translation>단위</translation>
     </message>
     <message>
         <source>Time</source>
-        <translation type="unfinished"></translation>
+        <translation>시각</translation>
     </message>
     <message>
         <source>Marks</source>
-        <translation type="unfinished"></translation>
+        <translation>표지</translation>
     </message>
     <message>
         <source>Low low</source>
-        <translation type="unfinished"></translation>
+        <translation>하하한</translation>
     </message>
     <message>
         <source>Low</source>
-        <translation type="unfinished">하한</translation>
+        <translation>하한</translation>
     </message>
     <message>
         <source>High</source>
-        <translation type="unfinished"></translation>
+        <translation>상한</translation>
     </message>
     <message>
         <source>High high</source>
-        <translation type="unfinished"></translation>
+        <translation>상상한</translation>
     </message>
     <message>
         <source>Min. today</source>
-        <translation type="unfinished"></translation>
+        <translation>금일 최소값</translation>
     </message>
     <message>
         <source>Max. today</source>
-        <translation type="unfinished"></translation>
+        <translation>금일 최대값</translation>
     </message>
     <message>
         <source>Mean today</source>
-        <translation type="unfinished"></translation>
+        <translation>금일 평균값</translation>
     </message>
     <message>
         <source>Changes today</source>
-        <translation type="unfinished"></translation>
+        <translation>금일 변화 횟수</translation>
     </message>
     <message>
         <source>On today</source>
-        <translation type="unfinished"></translation>
+        <translation>금일 ON 지속 시간</translation>
     </message>
 </context>
 <context>
     <name>SummaryFilterBar</name>
     <message>
         <source>Station</source>
-        <translation type="unfinished"></translation>
+        <translation>스테이션</translation>
     </message>
     <message>
         <source>Area</source>
-        <translation type="unfinished">책임 구역</translation>
+        <translation>책임 구역</translation>
     </message>
     <message>
         <source>Only &amp;marked</source>
-        <translation type="unfinished"></translation>
+        <translation>표지가 있는 포인트만(&amp;M)</translation>
     </message>
     <message>
         <source>Only &amp;unreliable</source>
-        <translation type="unfinished"></translation>
+        <translation>신뢰할 수 없는 포인트만(&amp;U)</translation>
     </message>
     <message>
         <source>Search in names, descriptions, stations and areas</source>
-        <translation type="unfinished"></translation>
+        <translation>이름, 설명, 스테이션 및 책임 구역에서 찾기</translation>
     </message>
     <message>
         <source>Search</source>
-        <translation type="unfinished">찾기</translation>
+        <translation>찾기</translation>
     </message>
     <message>
         <source>All stations</source>
-        <translation type="unfinished"></translation>
+        <translation>모든 스테이션</translation>
     </message>
     <message>
         <source>No station</source>
-        <translation type="unfinished"></translation>
+        <translation>스테이션 없음</translation>
     </message>
     <message>
         <source>All areas</source>
-        <translation type="unfinished"></translation>
+        <translation>모든 구역</translation>
     </message>
     <message>
         <source>No area</source>
-        <translation type="unfinished"></translation>
+        <translation>구역 없음</translation>
     </message>
 </context>
 <context>
     <name>SummaryModel</name>
     <message>
         <source>Time zone: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>시간대: %1</translation>
     </message>
 </context>
 <context>
@@ -3148,15 +3150,15 @@ Who confirms this command besides %2?</source>
     <name>TagField</name>
     <message>
         <source>Type, drop or browse a point</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트를 입력하거나 끌어다 놓거나 찾아보십시오</translation>
     </message>
     <message>
         <source>This is a number, not a point.</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트가 아니라 숫자입니다.</translation>
     </message>
     <message>
         <source>The point list has no &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>포인트 목록에 &quot;%1&quot;이(가) 없습니다.</translation>
     </message>
 </context>
 <context>
@@ -3238,27 +3240,27 @@ Who confirms this command besides %2?</source>
     <name>UserConfirmDialog</name>
     <message>
         <source>User Confirm</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 확인</translation>
     </message>
     <message>
         <source>Command</source>
-        <translation type="unfinished"></translation>
+        <translation>명령</translation>
     </message>
     <message>
         <source>.........</source>
-        <translation type="unfinished"></translation>
+        <translation>.........</translation>
     </message>
     <message>
         <source>User :</source>
-        <translation type="unfinished"></translation>
+        <translation>사용자 :</translation>
     </message>
     <message>
         <source>Password :</source>
-        <translation type="unfinished"></translation>
+        <translation>비밀번호 :</translation>
     </message>
     <message>
         <source>Failed</source>
-        <translation type="unfinished"></translation>
+        <translation>실패</translation>
     </message>
 </context>
 <context>

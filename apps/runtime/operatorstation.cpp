@@ -46,7 +46,7 @@ void OperatorStation::fillMenu(QMenu& menu)
 {
     if (m_system.project().isSecured) {
         menu.addAction(tr("&Log on..."), this, &OperatorStation::logOn, QKeySequence(Qt::CTRL + Qt::Key_L));
-        m_logOff = menu.addAction(tr("Log &off"), this, [this] { m_system.control().manager().endSession(); });
+        m_logOff = menu.addAction(tr("Log o&ff"), this, [this] { m_system.control().manager().endSession(); });
         m_changePassword = menu.addAction(tr("Change &password..."), this, &OperatorStation::changePassword);
         m_accounts = menu.addAction(tr("User &accounts..."), this, &OperatorStation::editAccounts);
         menu.addSeparator();

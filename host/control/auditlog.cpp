@@ -85,6 +85,10 @@ QStringList schema()
         QStringLiteral("INSERT OR IGNORE INTO audit_end VALUES (1, 0, '')"),
         refusal.arg(QStringLiteral("update")),
         refusal.arg(QStringLiteral("delete")),
+        // A line that replaces another one is no change and no deletion to SQLite.
+        QStringLiteral("CREATE TRIGGER IF NOT EXISTS audit_log_keeps_on_insert BEFORE INSERT ON audit_log "
+                       "WHEN EXISTS (SELECT 1 FROM audit_log WHERE line = NEW.line) "
+                       "BEGIN SELECT RAISE(ABORT, 'lines of the audit log are never changed'); END"),
     };
 }
 
@@ -105,8 +109,9 @@ tl::expected<void, QString> AuditLog::open(const QString& fileName)
     close();
     m_connection = newConnectionName("audit");
     m_fileName = QDir::toNativeSeparators(fileName);
-    const auto opened = openSqlite(m_connection, fileName);
-    const auto prepared = opened ? prepare() : tl::expected<void, QString>(tl::make_unexpected(opened.error()));
+    // No copy of the connection may live on when it is closed.
+    const auto prepared =
+        openSqlite(m_connection, fileName).and_then([this](const QSqlDatabase&) { return prepare(); });
     if (prepared)
         return {};
     const auto refused = failure(QStringLiteral("can't be used: %1").arg(prepared.error()));
@@ -175,6 +180,8 @@ tl::expected<void, QString> AuditLog::append(const ScadaOperationMessage& messag
 tl::expected<QList<ScadaOperationMessage>, QString> AuditLog::read(const QDateTime& from, const QDateTime& to,
                                                                    int most) const
 {
+    if (!isOpen())
+        return failure(QStringLiteral("is not open"));
     QSqlQuery query(QSqlDatabase::database(m_connection, false));
     query.setForwardOnly(true);
     query.prepare(QStringLiteral("SELECT entry FROM audit_log WHERE time_ms BETWEEN ? AND ? "
@@ -192,6 +199,8 @@ tl::expected<QList<ScadaOperationMessage>, QString> AuditLog::read(const QDateTi
 
 tl::expected<qint64, QString> AuditLog::verify() const
 {
+    if (!isOpen())
+        return failure(QStringLiteral("is not open"));
     const QSqlDatabase database = QSqlDatabase::database(m_connection, false);
     QSqlQuery query(database);
     query.setForwardOnly(true);

@@ -12,6 +12,7 @@
 #include "platform/data/valuemarks.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 
 #include <algorithm>
@@ -32,8 +33,11 @@ ControlPath::Clock machineClock()
 
 QString machineUser()
 {
-    const QString user = qEnvironmentVariable("USER");
-    return user.isEmpty() ? qEnvironmentVariable("USERNAME") : user;
+    for (const char* variable : {"USER", "USERNAME"}) {
+        if (const QString user = qEnvironmentVariable(variable); !user.isEmpty())
+            return user;
+    }
+    return QDir::home().dirName(); // a selection without anybody's name would be nobody's
 }
 
 } // namespace
@@ -62,7 +66,7 @@ qint64 ControlPath::nowMs() const
 ControlPath::Request* ControlPath::find(quint32 requestId)
 {
     const auto found = m_requests.find(requestId);
-    return found == m_requests.end() ? nullptr : &found->second;
+    return found == m_requests.end() || found->second.isCancelled ? nullptr : &found->second;
 }
 
 quint32 ControlPath::begin(const ControlOrder& order)
@@ -73,6 +77,7 @@ quint32 ControlPath::begin(const ControlOrder& order)
     const quint32 id = ++m_lastId;
     Request& request = m_requests[id];
     request.order = order;
+    request.timeout = m_feedbackTimeout;
     ScadaOperationMessage& message = request.message;
     message.requestId = id;
     message.operation = order.operation;
@@ -166,9 +171,10 @@ void ControlPath::askUser(quint32 requestId)
 bool ControlPath::takeProof(const QString& user, quint64 newerThan)
 {
     const quint64 proof = m_services.users.proofOf(user);
-    if (proof <= std::max(newerThan, m_usedProof))
+    quint64& used = m_usedProofs[user];
+    if (proof <= std::max(newerThan, used))
         return false;
-    m_usedProof = proof;
+    used = proof;
     return true;
 }
 
@@ -206,7 +212,14 @@ bool ControlPath::confirm(quint32 requestId, const QString& secondUser)
 void ControlPath::act(Request& request)
 {
     const quint32 id = request.message.requestId;
-    const auto done = request.order.act(request.message);
+    if (!audit(request.message)) {
+        finish(id, Outcome::Refused, tr("the audit log can't be written"));
+        return;
+    }
+    // Who hears of what is done may end the session, and the request with it.
+    const auto doIt = request.order.act;
+    const ScadaOperationMessage message = request.message;
+    const auto done = doIt(message);
     finish(id, done ? Outcome::Done : Outcome::Refused, done ? QString() : done.error());
 }
 
@@ -256,7 +269,7 @@ void ControlPath::send(Request& request)
     }
     request.tolerance = setting.tolerance;
     request.sentMs = nowMs();
-    const auto timeout = setting.timeout.count() > 0 ? setting.timeout : m_feedbackTimeout;
+    const auto timeout = setting.timeout.count() > 0 ? setting.timeout : request.timeout;
     request.deadlineMs = m_clock() + timeout.count();
     ScadaOperationMessage sent = request.message;
     sent.outcome = Outcome::Sent;
@@ -270,8 +283,10 @@ void ControlPath::send(Request& request)
     m_selections.remove(object); // it was for this one command
     const ValueSource::Command command{id, object, request.target};
     Q_EMIT progressed(sent);
-    // Whoever was told can't cancel it any more, but the source's answer may end it before write() returns.
-    CommandGate::write(*source, command);
+    // Whoever was told can't cancel it any more, but may have turned the event loop until its time was over. The
+    // source's answer may end it before write() returns.
+    if (find(id))
+        CommandGate::write(*source, command);
 }
 
 void ControlPath::takeAnswer(quint32 requestId, const QString& refusal)
@@ -283,6 +298,8 @@ void ControlPath::takeAnswer(quint32 requestId, const QString& refusal)
 
 bool ControlPath::hasFeedback(const Request& request) const
 {
+    if (m_services.data.isHeld(request.feedback))
+        return false; // what stands there was put there by hand
     const QuorixData record = m_services.database.presentRecord(request.feedback);
     const QuorixValue* time = record.GetValue("time");
     const QuorixValue* value = record.GetValue(DataFieldInfo::currentValueMember);
@@ -358,18 +375,13 @@ bool ControlPath::cancel(quint32 requestId)
             return true;
         }
     }
-    const Request* request = find(requestId);
+    Request* request = find(requestId);
     if (!request || request->message.outcome == Outcome::Sent || request->message.user != user())
         return false;
+    request->isCancelled = true;
     // The end comes behind this, as every end does.
     QMetaObject::invokeMethod(
-        this,
-        [this, requestId] {
-            const Request* waiting = find(requestId);
-            if (waiting && waiting->message.outcome != Outcome::Sent)
-                finish(requestId, Outcome::Cancelled, {});
-        },
-        Qt::QueuedConnection);
+        this, [this, requestId] { finish(requestId, Outcome::Cancelled, {}); }, Qt::QueuedConnection);
     return true;
 }
 

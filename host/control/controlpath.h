@@ -96,11 +96,13 @@ private:
     {
         ScadaOperationMessage message;
         ControlOrder order;
-        double target = 0; ///< that is sent
+        double target = 0;        ///< that is sent
+        bool isCancelled = false; ///< its end is on its way
         bool awaitsSecond = false;
         quint64 proofsBefore = 0; ///< when it began to wait for the second person
         ObjectKey feedback = {};
         double tolerance = 0;
+        std::chrono::milliseconds timeout = usualFeedbackTime;
         qint64 sentMs = 0;     ///< by the system's clock
         qint64 deadlineMs = 0; ///< by the monotonic one; 0 for none
     };
@@ -127,6 +129,7 @@ private:
 
     ControlRules::Asking asking(const Request& request) const;
     bool passes(Request& request);
+    /// Null too for one that was cancelled.
     Request* find(quint32 requestId);
     qint64 nowMs() const;
 
@@ -137,7 +140,7 @@ private:
     QString m_workplace;
     std::chrono::milliseconds m_feedbackTimeout = usualFeedbackTime;
     quint32 m_lastId = 0;
-    quint64 m_usedProof = 0;
+    QHash<QString, quint64> m_usedProofs;  ///< by user
     std::map<quint32, Request> m_requests; ///< that have not ended
     std::map<quint32, ScadaOperationMessage> m_ended;
     QHash<ObjectKey, Selection> m_selections;

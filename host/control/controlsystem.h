@@ -53,6 +53,7 @@ public:
     DatabaseManager& users() { return m_users; }
     AuditLog& audit() { return m_audit; }
     ControlPath& path() { return m_path; }
+    OperatorChanges& changes() { return m_changes; }
     RuntimeManager& manager() { return m_manager; }
 
     /// Why the current user may not open a page with that access, for his eyes; nothing when he may.

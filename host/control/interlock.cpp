@@ -68,6 +68,11 @@ bool isTag(const Word& word)
     return !word.text.isEmpty() && (word.isQuoted || (!operatorOf(word) && linkOf(word) == LogicType::None));
 }
 
+bool isTextOfValue(DataCode::DataField field)
+{
+    return field == DataCode::DataField::ValueWithUnit || field == DataCode::DataField::StatusName;
+}
+
 /// The value of a side as it is now; an invalid one where nothing may be concluded from it.
 tl::expected<QVariant, QString> valueOf(const QString& tag, const RuntimeDatabase& database)
 {
@@ -80,16 +85,17 @@ tl::expected<QVariant, QString> valueOf(const QString& tag, const RuntimeDatabas
     if (!database.object(object))
         return tl::make_unexpected(QStringLiteral("the interlock names \"%1\", which there is not").arg(tag));
     const DataFieldInfo* field = DataFieldInfo::find(QStringView(link.field));
+    const QuorixData record = database.presentRecord(object);
+    const QuorixValue* quality = record.GetValue("quality");
+    const bool isReliable = quality && (quality->toInt32() & ValueMark::unreliable) == 0;
+    if (field && isTextOfValue(field->field) && !isReliable)
+        return QVariant();
     if (field && field->supplier() == DataFieldInfo::Supplier::RuntimeDatabase)
         return database.fieldValue(object, field->field);
     if (field && field->supplier() == DataFieldInfo::Supplier::History)
         return database.historyValue(object, field->field);
-    const QuorixData record = database.presentRecord(object);
-    const QuorixValue* quality = record.GetValue("quality");
     const QuorixValue* value = record.GetValue(field ? field->recordMember : DataFieldInfo::currentValueMember);
-    if (!value || !quality || (quality->toInt32() & ValueMark::unreliable) != 0)
-        return QVariant();
-    return value->toVariant();
+    return value && isReliable ? value->toVariant() : QVariant();
 }
 
 } // namespace

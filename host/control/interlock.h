@@ -16,7 +16,8 @@ class RuntimeDatabase;
 /// which "and" binds closer: `P101.LEVEL > 20 and P101.BREAKER == 1`.
 ///
 ///     interlock  = comparison { ("and" | "or") comparison }
-///     comparison = tag ("==" | "!=" | "<" | "<=" | ">" | ">=") (number | tag)
+///     comparison = side ("==" | "!=" | "<" | "<=" | ">" | ">=") side
+///     side       = number | tag
 ///
 /// A tag with a blank stands in double quotes. A comparison reads as the conditions of pages do; one of a value that is
 /// not known, or that nothing may be concluded from (ValueMark::unreliable), does not hold.

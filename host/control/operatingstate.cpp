@@ -72,6 +72,8 @@ tl::expected<void, QString> OperatingState::load()
 
 tl::expected<void, QString> OperatingState::set(ObjectKey object, Kind kind, const Entry& entry)
 {
+    if (m_connection.isEmpty())
+        return tl::make_unexpected(QStringLiteral("what operators change is kept nowhere: no file is open"));
     QSqlQuery query(QSqlDatabase::database(m_connection, false));
     query.prepare(QStringLiteral("INSERT OR REPLACE INTO operating_state VALUES (?, ?, ?, ?, ?, ?, ?)"));
     query.addBindValue(static_cast<int>(object.type));

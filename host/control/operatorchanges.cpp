@@ -68,11 +68,15 @@ void OperatorChanges::restoreObject(ObjectKey object, QStringList& problems)
     if (const auto limited = applyLimits(object); !limited) {
         problems.append(
             tr("%1: the limits that an operator changed are not in force: %2").arg(found->name, limited.error()));
+        for (const auto& [kind, member] : limitKinds)
+            forget(object, kind, problems);
     }
     if (const auto deadBand = m_state.find(object, Kind::DeadBand)) {
-        if (const auto set = m_database.setHysteresis(object, deadBand->value.toDouble()); !set)
+        if (const auto set = m_database.setHysteresis(object, deadBand->value.toDouble()); !set) {
             problems.append(
                 tr("%1: the dead band that an operator changed is not in force: %2").arg(found->name, set.error()));
+            forget(object, Kind::DeadBand, problems);
+        }
     }
     if (m_state.find(object, Kind::ScanInhibited))
         holdBack(object, true);
@@ -87,6 +91,20 @@ void OperatorChanges::restoreObject(ObjectKey object, QStringList& problems)
             m_database.resetStatistics(object, resetMs);
     }
     showMarks(object);
+}
+
+void OperatorChanges::forget(ObjectKey object, Kind kind, QStringList& problems)
+{
+    if (const Done removed = m_state.remove(object, kind); !removed)
+        problems.append(removed.error());
+}
+
+void OperatorChanges::renewSubstitutes()
+{
+    for (const ObjectKey object : m_state.objects(Kind::Substitution)) {
+        if (m_database.object(object))
+            enterSubstitute(object, m_state.find(object, Kind::Substitution)->value.toDouble());
+    }
 }
 
 OperatorChanges::Done OperatorChanges::keep(ObjectKey object, Kind kind, const QString& value,
@@ -187,7 +205,8 @@ OperatorChanges::Done OperatorChanges::substitute(ObjectKey object, double value
     const bool isAnalog = object.type == ScadaObjectType::AnalogPoint;
     if (!Korvane::isPointObjectType(object.type))
         return tl::make_unexpected(tr("only the value of a point can be substituted"));
-    if (!std::isfinite(value) || (!isAnalog && value != std::trunc(value)))
+    const bool isState = value == std::trunc(value) && value >= 0 && value <= std::numeric_limits<qint32>::max();
+    if (!std::isfinite(value) || (!isAnalog && !isState))
         return tl::make_unexpected(tr("the value does not fit the point"));
     const bool wasSubstituted = m_state.find(object, Kind::Substitution).has_value();
     const Done kept = keep(object, Kind::Substitution, textOf(value), by);

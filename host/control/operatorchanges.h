@@ -42,6 +42,9 @@ public:
     /// \returns what could not be, a text each; it is forgotten.
     QStringList restore();
 
+    /// Values were forgotten: what stands in their place is entered anew.
+    void renewSubstitutes();
+
     Done setControlInhibited(ObjectKey object, bool inhibited, const ScadaOperationMessage& by);
     Done setAlarmInhibited(ObjectKey object, bool inhibited, const ScadaOperationMessage& by);
     /// Of a point: its samples are held back and its value is stale. Of a unit: those of all its points.
@@ -67,6 +70,7 @@ private:
     void enterSubstitute(ObjectKey object, double value);
     Done applyLimits(ObjectKey object);
     void restoreObject(ObjectKey object, QStringList& problems);
+    void forget(ObjectKey object, Kind kind, QStringList& problems);
     QList<ObjectKey> pointsOf(ObjectKey unit) const;
 
     RuntimeDatabase& m_database;

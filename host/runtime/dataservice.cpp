@@ -141,12 +141,21 @@ void DataService::release(ObjectKey object)
     // What was entered meanwhile is younger than what was held back, and would have it ignored.
     Sample sample = *newest;
     sample.timeMs = std::max(sample.timeMs, nowMs());
+    takeAsNewest(sample);
+}
+
+// A source's clock may run before the system's.
+void DataService::takeAsNewest(Sample sample)
+{
+    const QuorixData record = m_database.presentRecord(sample.object);
+    if (const QuorixValue* time = record.GetValue("time"))
+        sample.timeMs = std::max(sample.timeMs, time->toVariant().toDateTime().toMSecsSinceEpoch());
     take({sample});
 }
 
 void DataService::enter(const Sample& sample)
 {
-    take({sample});
+    takeAsNewest(sample);
 }
 
 ValueSource* DataService::commandSource(ObjectKey object) const

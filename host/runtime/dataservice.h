@@ -75,7 +75,7 @@ public:
     void hold(ObjectKey object);
     void release(ObjectKey object);
     bool isHeld(ObjectKey object) const { return m_held.find(object) != m_held.end(); }
-    /// Takes a sample that no source delivered, held back or not.
+    /// Takes a sample that no source delivered, held back or not; with the present one's time if that is younger.
     void enter(const Sample& sample);
     /// Pages and listeners get the present record of \p object with the next tick.
     void noteChanged(ObjectKey object);
@@ -133,6 +133,7 @@ Q_SIGNALS:
 private:
     void takeFrom(SourceFigures& figures, const std::vector<Sample>& samples);
     void take(const std::vector<Sample>& samples);
+    void takeAsNewest(Sample sample);
     void tellChanged();
     void heedSource(ValueSource& source);
     void tellOnce(const QString& problem);

@@ -338,6 +338,7 @@ bool LiveSystem::seekReplay(qint64 timeMs)
             continue;
         m_database.forgetValues();
         m_replay->seek(timeMs);
+        m_control.changes().renewSubstitutes();
         m_alarms.addEvent(
             tr("Replay went to %1").arg(QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC).toString(Qt::ISODate)));
         return true;

@@ -82,7 +82,7 @@ public:
     /// Whether an open page has event actions that do not run, since the project's scripts are not trusted.
     bool hasUntrustedScripts() const;
     QString sourceDescription() const;
-    /// How much faster than the machine's clock the system's runs.
+    /// How much faster than the machine's clock the system's runs, while it is not held.
     double speed() const { return m_replay ? m_replay->speed() : 1; }
     /// The system's time, milliseconds since 1970-01-01 UTC.
     qint64 nowMs() const;

@@ -67,7 +67,7 @@ double stateOf(double value)
 
 bool isBeyondHigh(double value, double limit, double hysteresis, bool was)
 {
-    return was ? !(value <= limit - hysteresis) : value > limit;
+    return value > (was ? limit - hysteresis : limit); // never beyond one that there is not
 }
 
 QString valueText(double value, int decimals)
@@ -158,6 +158,8 @@ tl::expected<void, QString> RuntimeDatabase::add(const Object& object)
     const std::size_t index = objects.objects.size();
     objects.objects.push_back(object);
     objects.present.emplace_back(object);
+    if (!Korvane::isPointObjectType(object.type))
+        objects.communication.emplace_back();
     objects.byName.emplace(QStringView(objects.objects.back().name), ObjectKey{object.type, object.id});
     objects.byId.emplace(object.id, index);
     return {};
@@ -247,6 +249,8 @@ bool RuntimeDatabase::takeSample(const Sample& sample)
     const qint32 limitMarksBefore = present.limitMarks;
     const qint32 qualityBefore = present.quality;
     const bool isFast = isTooFast(present, value, sample.timeMs);
+    const bool wasKnown = present.hasValue;
+    const bool wasOnLine = isOnLine(present);
     present.timeMs = sample.timeMs;
     present.quality = sample.quality;
     if (std::isfinite(value)) {
@@ -265,9 +269,39 @@ bool RuntimeDatabase::takeSample(const Sample& sample)
     statisticsOf(present, sample.timeMs).take(sample.timeMs, value, present.quality, m_calendar);
     if (present.staleAfterMs > 0 && !present.isQueued)
         queueExpiry(*objects, found->second);
+    noteCommunication(sample.object, wasKnown, wasOnLine, sample.timeMs);
     if (present.isWatched)
         tellMarks(present, limitMarksBefore, qualityBefore, sample.timeMs);
     return true;
+}
+
+bool RuntimeDatabase::isOnLine(const Present& present)
+{
+    return present.hasValue && present.value != 0 && (present.quality & ValueMark::unreliable) == 0;
+}
+
+// What a unit or line was before its first sample nobody knows: that one is no change.
+void RuntimeDatabase::noteCommunication(ObjectKey key, bool wasKnown, bool wasOnLine, qint64 timeMs)
+{
+    if (!wasKnown || Korvane::isPointObjectType(key.type))
+        return;
+    Family& objects = *family(key.type);
+    const std::size_t index = objects.byId.at(key.id);
+    const bool isOn = isOnLine(objects.present[index]);
+    if (isOn == wasOnLine)
+        return;
+    Communication& times = objects.communication[index];
+    (isOn ? times.onLineMs : times.offLineMs) = timeMs;
+}
+
+QVariant RuntimeDatabase::communicationTime(ObjectKey key, bool onLine) const
+{
+    const Family* objects = family(key.type);
+    if (!objects || objects->communication.empty())
+        return {};
+    const Communication& times = objects->communication[objects->byId.at(key.id)];
+    const qint64 timeMs = onLine ? times.onLineMs : times.offLineMs;
+    return timeMs == never ? QVariant() : QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC);
 }
 
 /// Whether the value changed faster since the sample before than the point's rate limit. A sample that replaces one of the
@@ -444,7 +478,9 @@ bool RuntimeDatabase::setStale(ObjectKey key, qint64 nowMs)
     if (!present || present->timeMs == neverSampled || (present->quality & ValueMark::Stale) != 0)
         return false;
     const qint32 before = present->quality;
+    const bool wasOnLine = isOnLine(*present);
     interrupt(key, nowMs);
+    noteCommunication(key, present->hasValue, wasOnLine, nowMs);
     if (present->isWatched)
         tellMarks(*present, present->limitMarks, before, nowMs);
     return true;
@@ -522,12 +558,15 @@ std::vector<ObjectKey> RuntimeDatabase::takeStale(qint64 nowMs)
             continue;
         }
         const qint32 before = present.quality;
+        const bool wasOnLine = isOnLine(present);
+        const Object& object = due.family->objects[due.index];
+        const qint64 expiredMs = std::max(due.timeMs, present.timeMs + present.staleAfterMs);
         present.quality |= ValueMark::Stale;
+        noteCommunication({object.type, object.id}, present.hasValue, wasOnLine, expiredMs);
         if (present.isWatched)
-            tellMarks(present, present.limitMarks, before, due.timeMs);
+            tellMarks(present, present.limitMarks, before, expiredMs);
         if (present.quality == before)
             continue;
-        const Object& object = due.family->objects[due.index];
         stale.push_back({object.type, object.id});
     }
     return stale;
@@ -539,7 +578,9 @@ bool RuntimeDatabase::setCommunicationFailed(ObjectKey key, bool failed, qint64 
     if (!present || ((present->quality & ValueMark::CommunicationFailed) != 0) == failed)
         return false;
     const qint32 before = present->quality;
+    const bool wasOnLine = isOnLine(*present);
     present->quality ^= ValueMark::CommunicationFailed;
+    noteCommunication(key, present->hasValue, wasOnLine, nowMs);
     if (present->isWatched)
         tellMarks(*present, present->limitMarks, before, nowMs);
     if (present->statistics)
@@ -572,6 +613,9 @@ QVariant RuntimeDatabase::fieldValue(ObjectKey key, DataCode::DataField field) c
         return limit(findPresent(key)->high);
     case DataCode::DataField::HighHighLimit:
         return limit(findPresent(key)->highHigh);
+    case DataCode::DataField::CommOnlineTime:
+    case DataCode::DataField::CommOfflineTime:
+        return communicationTime({object.type, object.id}, field == DataCode::DataField::CommOnlineTime);
     default:
         return presentField(object, field);
     }
@@ -656,6 +700,7 @@ void RuntimeDatabase::forgetValues()
             present.statisticsSinceMs = never;
             present.statistics.reset();
         }
+        std::fill(one->communication.begin(), one->communication.end(), Communication());
     }
 }
 

@@ -268,11 +268,19 @@ private:
         std::unique_ptr<PointStatistics> statistics;
     };
 
+    /// When a unit or line last came on line and went off it.
+    struct Communication
+    {
+        qint64 onLineMs = std::numeric_limits<qint64>::min();
+        qint64 offLineMs = std::numeric_limits<qint64>::min();
+    };
+
     /// Objects of one family with the names and ids of their own.
     struct Family
     {
         std::vector<Object> objects;
-        std::vector<Present> present; ///< parallel to the objects
+        std::vector<Present> present;             ///< parallel to the objects
+        std::vector<Communication> communication; ///< parallel to the objects, of units and lines
         // The names look into the objects' texts, which stay where they are when the vector grows.
         NameMap<ObjectKey> byName;
         tsl::robin_map<qint32, std::size_t> byId;
@@ -296,6 +304,9 @@ private:
     tl::expected<Present*, QString> findAnalog(ObjectKey key);
     void judgeAnew(Present& present);
     QVariant presentField(const Object& object, DataCode::DataField field) const;
+    static bool isOnLine(const Present& present);
+    void noteCommunication(ObjectKey key, bool wasKnown, bool wasOnLine, qint64 timeMs);
+    QVariant communicationTime(ObjectKey key, bool onLine) const;
     void queueExpiry(Family& family, std::size_t index);
     static void setLimitMarks(Present& present);
     static bool isTooFast(const Present& before, double value, qint64 timeMs);

@@ -168,7 +168,12 @@ QString RuntimeManager::substitutedBy(ObjectKey object) const
 
 QList<ObjectKey> RuntimeManager::substitutedObjects() const
 {
-    return m_services.changes.state().objects(Kind::Substitution);
+    QList<ObjectKey> known;
+    for (const ObjectKey object : m_services.changes.state().objects(Kind::Substitution)) {
+        if (m_services.database.object(object)) // others wait for their return to the point list
+            known.append(object);
+    }
+    return known;
 }
 
 // Marks and inhibits
@@ -486,7 +491,10 @@ QList<ScadaOperationMessage> RuntimeManager::operations(const QDateTime& from, c
 
 int RuntimeManager::alarmCount(int severity) const
 {
-    return m_services.alarms.manager().visibleCount(severity);
+    int count = 0;
+    for (const ScadaAlarm& alarm : m_services.alarms.manager().activeAlarms())
+        count += alarm.severity == severity && !alarm.returned.isValid() ? 1 : 0;
+    return count;
 }
 
 int RuntimeManager::unacknowledgedCount(const QString& area) const

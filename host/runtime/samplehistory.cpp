@@ -1,10 +1,21 @@
 #include "host/runtime/samplehistory.h"
 
 #include <algorithm>
+#include <utility>
 
 std::size_t SampleHistory::roomOfOne() const
 {
     return std::clamp(mostValues / std::max<std::size_t>(m_rings.size(), 1), fewestOfOne, mostOfOne);
+}
+
+void SampleHistory::keepNewest(Ring& ring, std::size_t count)
+{
+    std::vector<Value> kept;
+    kept.reserve(count);
+    for (std::size_t place = ring.values.size() - count; place < ring.values.size(); ++place)
+        kept.push_back(ring.at(place));
+    ring.values = std::move(kept);
+    ring.first = 0;
 }
 
 void SampleHistory::append(const Sample& sample)
@@ -17,9 +28,13 @@ void SampleHistory::append(const Sample& sample)
             ring.values[newest] = value;
             return;
         }
+        if (sample.timeMs < ring.values[newest].timeMs)
+            keepNewest(ring, 0);
     }
-    // A ring that began while there were fewer objects keeps the room it has by then.
-    if (ring.first == 0 && ring.values.size() < roomOfOne()) {
+    const std::size_t room = roomOfOne();
+    if (ring.values.size() > room)
+        keepNewest(ring, room);
+    if (ring.values.size() < room) {
         ring.values.push_back(value);
         return;
     }

@@ -11,11 +11,12 @@
 #include <vector>
 
 /// The newest values of each object, in memory: what was sampled since the program started, up to so many values an
-/// object that all of them together stay within one bound. Room is taken as it is needed.
+/// object that all of them together stay within one bound. Room is taken as it is needed, and given back by an object's next
+/// value when there are more objects by then.
 class KORVANE_HOST_EXPORT SampleHistory
 {
 public:
-    /// Values of all objects together; 20 bytes each.
+    /// Values of all objects together; 24 bytes each.
     static constexpr std::size_t mostValues = 4000000;
     /// Values of one object, at most and at least, however few or many objects there are.
     static constexpr std::size_t mostOfOne = 20000;
@@ -28,7 +29,8 @@ public:
         qint32 quality = 0; ///< bits that the source stated
     };
 
-    /// Notes a sample that is not older than the one before of the same object; one of the same time replaces it.
+    /// Notes a sample. One of the same time as the one before of the same object replaces it; with an older one the
+    /// object's history begins anew, as after a clock that went back.
     void append(const Sample& sample);
 
     /// Values of a time span, both ends included, oldest first; of more than \p most, as many that lie evenly among
@@ -50,6 +52,7 @@ private:
     };
 
     std::size_t roomOfOne() const;
+    static void keepNewest(Ring& ring, std::size_t count);
 
     tsl::robin_map<ObjectKey, Ring, KeyHash> m_rings;
 };

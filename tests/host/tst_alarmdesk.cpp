@@ -217,6 +217,46 @@ private Q_SLOTS:
         QCOMPARE(desk.desk.user(), QStringLiteral("ann"));
     }
 
+    void whatIsNotPermittedIsLeftAsIfItWereNotThere()
+    {
+        Desk desk;
+        using Act = AlarmDesk::Act;
+        QStringList asked;
+        desk.desk.setPermission([&asked](Act act, ObjectKey object) {
+            asked.append(QStringLiteral("%1:%2").arg(static_cast<int>(act)).arg(object.id));
+            return act == Act::Acknowledge && object == flow;
+        });
+        QVERIFY(!desk.desk.acknowledgePoint(levelId));
+        QCOMPARE(desk.desk.acknowledgePoints({levelId, pumpId}), 0);
+        QCOMPARE(desk.desk.acknowledge({desk.low, desk.silent}), 0);
+        QCOMPARE(desk.desk.acknowledgeArea(QStringLiteral("West")), 0);
+        QCOMPARE(desk.takeTold(), QString()); // nobody hears of it
+        asked.clear();
+        QVERIFY(!desk.desk.shelve(desk.low, QDateTime::fromMSecsSinceEpoch(9000, Qt::UTC), {}));
+        QVERIFY(desk.manager.shelve(desk.low, QDateTime::fromMSecsSinceEpoch(9000, Qt::UTC), {}, {}));
+        QVERIFY(!desk.desk.unshelve(desk.low));
+        QVERIFY(!desk.desk.setOutOfService(pump, true, {}));
+        QVERIFY(!desk.desk.setSuppressed(pump, true, {}));
+        QCOMPARE(asked.join(QLatin1Char(' ')), QStringLiteral("1:200002 1:200002 2:100001 2:100001"));
+        QVERIFY(!desk.manager.exclusion(pump).isOutOfService);
+        QCOMPARE(desk.manager.alarm(desk.low).state, State::Shelved);
+        QCOMPARE(desk.desk.acknowledgeArea({}), 2); // of flow alone
+        QCOMPARE(desk.takeTold(), QStringLiteral("objects 200001, several 200001"));
+        desk.desk.setPermission({});
+        QVERIFY(desk.desk.setOutOfService(pump, true, {}));
+        QVERIFY(desk.desk.unshelve(desk.low));
+    }
+
+    void onAPageTheSameRightsCount()
+    {
+        Desk desk;
+        ShownPage page(nullptr);
+        page.bound = {flow, level};
+        desk.desk.setPermission([](AlarmDesk::Act, ObjectKey object) { return object == level; });
+        QCOMPARE(desk.desk.acknowledgePage(page), 1);
+        QCOMPARE(desk.takeTold(), QStringLiteral("objects 200002, several 200002"));
+    }
+
     void whatAnotherHasAcknowledgedMeanwhileIsNotCounted()
     {
         Desk desk;

@@ -42,6 +42,13 @@ struct TestPages
         });
     }
 
+    /// Has the page say who may open it.
+    void writeProtected(const char* name, QByteArray access) const
+    {
+        QByteArray text = pageOf("FLOW");
+        text.replace("\"layers\"", "\"access\": " + access.replace('\'', '"') + ", \"layers\"");
+        files.write(QStringLiteral("pages/%1.pws").arg(QString::fromLatin1(name)), text);
+    }
     Page* open(const char* name)
     {
         const auto page = manager.open(QString::fromLatin1(name));
@@ -176,6 +183,73 @@ private Q_SLOTS:
         QCOMPARE(page.error(), reason.replace(QStringLiteral("%1"), test.project.folder));
         QVERIFY(test.manager.pages().empty());
         QCOMPARE(test.told, QStringList());
+    }
+
+    void accessIsAskedBeforeAnythingOfAPageIsMade()
+    {
+        TestPages test;
+        test.writeProtected("a", "{'protected': true, 'users': [3]}");
+        int asked = 0;
+        int pagesThen = -1;
+        int user = 4;
+        test.manager.setAccessCheck([&](const PageAccess& access) -> tl::expected<void, QString> {
+            ++asked;
+            pagesThen = int(test.manager.pages().size());
+            if (access.mayOpen(user))
+                return {};
+            return tl::make_unexpected(QStringLiteral("not you"));
+        });
+        const auto refused = test.manager.open(QStringLiteral("a"));
+        QVERIFY(!refused);
+        QCOMPARE(refused.error(), test.project.pageFile(QStringLiteral("a")) + QStringLiteral(": not you"));
+        QCOMPARE(asked, 1);
+        QVERIFY(test.manager.pages().empty());
+        QCOMPARE(test.told, QStringList());
+        QVERIFY(!test.manager.findCanvas(QStringLiteral("a")));
+        user = 3;
+        QVERIFY(test.open("a"));
+        QCOMPARE(pagesThen, 0);
+        QVERIFY(test.open("b")); // protects nobody
+        QCOMPARE(test.current(), QStringLiteral("b"));
+        user = 4;                                         // somebody else sits down
+        QVERIFY(!test.manager.open(QStringLiteral("a"))); // although it is open
+        QCOMPARE(test.current(), QStringLiteral("b"));
+        QVERIFY(test.open("b"));
+        user = 3;
+        QVERIFY(test.open("a"));
+        QCOMPARE(test.current(), QStringLiteral("a"));
+    }
+
+    void aPageThatClaimsWhatNoPageCanSayLetsNobodyIn_data()
+    {
+        QTest::addColumn<QByteArray>("access");
+        QTest::newRow("a role of its own") << QByteArray("{'protected': false, 'role': 'administrator'}");
+        QTest::newRow("no protection in words") << QByteArray("{'protected': 'no'}");
+        QTest::newRow("nothing about protection") << QByteArray("{'users': [3]}");
+        QTest::newRow("null") << QByteArray("null");
+        QTest::newRow("a user by name") << QByteArray("{'protected': true, 'users': ['ann']}");
+        QTest::newRow("every user") << QByteArray("{'protected': true, 'users': '*'}");
+        QTest::newRow("user 0, who is nobody") << QByteArray("{'protected': true, 'users': [0, 3]}");
+    }
+    void aPageThatClaimsWhatNoPageCanSayLetsNobodyIn()
+    {
+        QFETCH(QByteArray, access);
+        TestPages test;
+        test.writeProtected("a", access);
+        for (const int user : {0, 1, 3}) {
+            test.manager.setAccessCheck([user](const PageAccess& asked) -> tl::expected<void, QString> {
+                if (asked.mayOpen(user))
+                    return {};
+                return tl::make_unexpected(QStringLiteral("not you"));
+            });
+            QVERIFY(!test.manager.open(QStringLiteral("a")));
+        }
+        QVERIFY(test.manager.pages().empty());
+        test.manager.setAccessCheck({}); // without security it opens, and says what is wrong
+        const Page* page = test.open("a");
+        QVERIFY(page);
+        QVERIFY2(page->problems.join(QLatin1Char('\n')).contains(QStringLiteral("nobody may open it")),
+                 qPrintable(page->problems.join(QLatin1Char('\n'))));
     }
 
     void aPageThatCantBeOpenedLeavesTheOneInFront()

@@ -5,6 +5,7 @@
 #include "host/runtime/dataservice.h"
 #include "host/runtime/runtimedatabase.h"
 #include "host/shapes/readout.h"
+#include "host/sources/manualsource.h"
 #include "platform/data/valuemarks.h"
 
 #include <QSignalSpy>
@@ -226,6 +227,120 @@ private Q_SLOTS:
         source.deliver({{TestSystem::point(0), begin, 1}});
         system.service.tick();
         QCOMPARE(system.page->batchCount(), quint64(0));
+    }
+
+    void whatIsHeldBackComesWithItsRelease()
+    {
+        TestSystem system;
+        const ObjectKey held = TestSystem::point(0);
+        TestSource& source = system.addSource({held, TestSystem::point(1)});
+        source.deliver({{held, begin, 1}});
+        system.service.hold(held);
+        system.service.hold(held); // for two reasons
+        QVERIFY(system.service.isHeld(held));
+        QVERIFY(!system.service.isHeld(TestSystem::point(1)));
+        source.deliver({{held, begin + 1, 2}, {TestSystem::point(1), begin + 1, 7}, {held, begin + 2, 3}});
+        QCOMPARE(system.database.presentRecord(held).GetValue("value")->toDouble(), 1.0);
+        QCOMPARE(system.database.presentRecord(TestSystem::point(1)).GetValue("value")->toDouble(), 7.0);
+        system.service.release(held);
+        QVERIFY(system.service.isHeld(held));
+        QCOMPARE(system.database.presentRecord(held).GetValue("value")->toDouble(), 1.0);
+        system.service.release(held);
+        QVERIFY(!system.service.isHeld(held));
+        QCOMPARE(system.database.presentRecord(held).GetValue("value")->toDouble(), 3.0); // the newest
+        system.service.release(held);                                                     // nothing is held
+        source.deliver({{held, begin + 3, 4}});
+        QCOMPARE(system.database.presentRecord(held).GetValue("value")->toDouble(), 4.0);
+    }
+
+    void whatIsEnteredStandsBeforeWhatWasHeldBack()
+    {
+        TestSystem system;
+        const ObjectKey held = TestSystem::point(0);
+        TestSource& source = system.addSource({held});
+        source.deliver({{held, begin, 1}});
+        system.service.hold(held);
+        source.deliver({{held, begin + 100, 2}});
+        system.now = begin + 5000;
+        system.service.enter({held, system.now, 9, ValueMark::Substituted});
+        QCOMPARE(system.database.presentRecord(held).GetValue("value")->toDouble(), 9.0);
+        system.now = begin + 6000;
+        system.service.release(held); // older than what was entered, and yet the source's
+        QCOMPARE(system.database.presentRecord(held).GetValue("value")->toDouble(), 2.0);
+        system.service.enter({held, begin - 1, 8, 0}); // never as too old
+        QCOMPARE(system.database.presentRecord(held).GetValue("value")->toDouble(), 8.0);
+    }
+
+    void sourcesHaveTheirFigures()
+    {
+        TestSystem system;
+        TestSource& first = system.addSource({TestSystem::point(0)});
+        TestSource& second = system.addSource({TestSystem::point(1)});
+        first.deliver({{TestSystem::point(0), begin + 5, 1}, {TestSystem::point(0), begin + 3, 1}});
+        QCOMPARE(system.service.sourceFigures(0).samples, quint64(2));
+        QCOMPARE(system.service.sourceFigures(0).newestMs, begin + 5);
+        QCOMPARE(system.service.sourceFigures(1).samples, quint64(0));
+        QCOMPARE(system.service.sourceFigures(1).newestMs, qint64(0));
+        second.fail();
+        QCOMPARE(system.service.sourceFigures(1).errors, quint64(1));
+        QCOMPARE(system.service.sourceFigures(1).lastError, QStringLiteral("the line is dead"));
+        QCOMPARE(system.service.sourceFigures(0).errors, quint64(0));
+        second.recover();
+        QCOMPARE(system.service.sourceFigures(1).errors, quint64(1)); // its return is none
+    }
+
+    void objectsKnowTheirSource()
+    {
+        TestSystem system;
+        TestSource& first = system.addSource({TestSystem::point(0)});
+        TestSource& second = system.addSource({TestSystem::point(0), TestSystem::point(1)});
+        QCOMPARE(system.service.sourceOf(TestSystem::point(0)), &first);
+        QCOMPARE(system.service.sourceOf(TestSystem::point(1)), &second);
+        QVERIFY(!system.service.sourceOf(TestSystem::point(2)));
+        QVERIFY(!system.service.commandSource(TestSystem::point(0))); // takes none
+    }
+
+    void listenersHearWhatChanged()
+    {
+        TestSystem system;
+        TestSource& source = system.addSource({TestSystem::point(0), TestSystem::point(1)});
+        std::vector<std::vector<ObjectKey>> told;
+        connect(&system.service, &DataService::objectsChanged, this,
+                [&told](const std::vector<ObjectKey>& objects) { told.push_back(objects); });
+        source.deliver({{TestSystem::point(1), begin, 1}, {TestSystem::point(1), begin + 1, 2}});
+        system.service.tick();
+        system.service.tick();
+        QCOMPARE(told.size(), std::size_t(1));
+        QCOMPARE(told[0], std::vector<ObjectKey>{TestSystem::point(1)}); // once
+        const ObjectKey unit{ScadaObjectType::RtuObject, 7};
+        system.service.noteChanged(unit);
+        system.service.noteChanged(unit);
+        system.service.noteChanged(TestSystem::point(0));
+        system.service.tick();
+        QCOMPARE(told.size(), std::size_t(2));
+        QCOMPARE(told[1], (std::vector<ObjectKey>{TestSystem::point(0), unit}));
+    }
+
+    void aManualSourceDoesNotHideThatAllDataFailed()
+    {
+        TestSystem system;
+        TestSource& source = system.addSource({TestSystem::point(0)});
+        system.service.addSource(std::make_unique<ManualSource>(std::vector<ObjectKey>{TestSystem::point(1)},
+                                                                [&system] { return system.now; }));
+        system.service.sources()[1]->start(begin);
+        source.fail();
+        QVERIFY(system.service.isFailed());
+        source.recover();
+        QVERIFY(!system.service.isFailed());
+    }
+
+    void aManualSourceAloneNeverFails()
+    {
+        TestSystem system;
+        system.service.addSource(std::make_unique<ManualSource>(std::vector<ObjectKey>{TestSystem::point(1)},
+                                                                [&system] { return system.now; }));
+        system.service.sources()[0]->start(begin);
+        QVERIFY(!system.service.isFailed());
     }
 
     void ticksStayInTheirBounds_data()

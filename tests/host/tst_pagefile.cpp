@@ -85,6 +85,12 @@ QByteArray pageWith(const QByteArray& shapes)
     return "{\"format\":\"korvane-page\",\"version\":1,\"layers\":[{\"name\":\"a\",\"shapes\":[\n" + shapes + "\n]}]}";
 }
 
+/// A page with the rectangle "b" and its operation, written with single quotes.
+QByteArray pageWithOperation(const QByteArray& operation)
+{
+    return pageWith(json("{'class':'Rectangle','name':'b','place':[0,0,9,9],'operation':" + operation + "}"));
+}
+
 } // namespace
 
 class tst_PageFile : public QObject
@@ -377,6 +383,174 @@ private Q_SLOTS:
         QVERIFY2(page, page ? "" : qPrintable(page.error()));
         const auto& action = dynamic_cast<const TagAction&>(*page->actions->actions().first());
         QVERIFY(action.settings().value(QStringLiteral("Factor")).toDouble() == number);
+    }
+
+    void anOperationIsReadAsItStands()
+    {
+        Pages pages;
+        const auto page = pages.read(pageWithOperation(
+            "{'kind': 'setpoint', 'tag': 'P1', 'value': 12.5, 'key': 'Ctrl+F5', 'by': {'hand': true}}"));
+        QVERIFY2(page, page ? "" : qPrintable(page.error()));
+        QCOMPARE(page->problems, QStringList());
+        const Shape* shape = page->canvas->findShape(QStringLiteral("b"));
+        const Operation* operation = page->operations.of(shape);
+        QVERIFY(operation);
+        QVERIFY(operation->kind == Operation::Kind::SetPoint);
+        QCOMPARE(operation->tag, QStringLiteral("P1"));
+        QCOMPARE(operation->value.value_or(0), 12.5);
+        QCOMPARE(operation->key, QStringLiteral("Ctrl+F5"));
+        QVERIFY(operation->input.isEmpty());
+        QVERIFY(page->operations.unreadable(shape).isEmpty());
+        QCOMPARE(page->operations.all().size(), std::size_t(1));
+    }
+
+    void operationsSurviveARoundTrip_data()
+    {
+        QTest::addColumn<QByteArray>("operation");
+        QTest::newRow("select") << QByteArray("{'kind': 'select', 'tag': 'P1'}");
+        QTest::newRow("operate") << QByteArray("{'kind': 'operate', 'tag': 'P1', 'value': 1}");
+        QTest::newRow("operate with 0") << QByteArray("{'kind': 'operate', 'tag': 'P1', 'value': 0}");
+        QTest::newRow("raise") << QByteArray("{'kind': 'raise', 'tag': 'P1'}");
+        QTest::newRow("lower") << QByteArray("{'kind': 'lower', 'tag': 'P2', 'key': 'Down'}");
+        QTest::newRow("enter") << QByteArray("{'kind': 'enter', 'tag': 'P2'}");
+        QTest::newRow("members that no program knows")
+            << QByteArray("{'kind': 'raise', 'tag': 'P1', 'fast': [1, {'x': null}], 'note': 'kept'}");
+        QTest::newRow("a tag that names nothing") << QByteArray("{'kind': 'raise', 'tag': 'NOWHERE'}");
+        QTest::newRow("no object") << QByteArray("['raise', 'P1']");
+        QTest::newRow("an unknown kind") << QByteArray("{'kind': 'explode', 'tag': 'P1'}");
+        QTest::newRow("a kind in other letters") << QByteArray("{'kind': 'Raise', 'tag': 'P1'}");
+        QTest::newRow("no tag") << QByteArray("{'kind': 'raise'}");
+        QTest::newRow("a value that is none") << QByteArray("{'kind': 'operate', 'tag': 'P1', 'value': 'on'}");
+        QTest::newRow("an input that is none") << QByteArray("{'kind': 'enter', 'tag': 'P1', 'input': 7}");
+        QTest::newRow("a key that is none") << QByteArray("{'kind': 'raise', 'tag': 'P1', 'key': 5}");
+    }
+    void operationsSurviveARoundTrip()
+    {
+        QFETCH(QByteArray, operation);
+        Pages pages;
+        const auto page = pages.read(pageWithOperation(operation));
+        QVERIFY2(page, page ? "" : qPrintable(page.error()));
+        const QJsonValue stored = shapesOf(PageWriter::write(*page))[0].toObject().value(QStringLiteral("operation"));
+        QCOMPARE(stored, QJsonDocument::fromJson(json("{'v': " + operation + "}")).object()[QStringLiteral("v")]);
+    }
+
+    void whatIsNoOperationDoesNothing_data()
+    {
+        QTest::addColumn<QByteArray>("operation");
+        QTest::addColumn<QString>("problem");
+        const auto row = [](const char* name, const char* operation, const char* problem) {
+            QTest::newRow(name) << QByteArray(operation) << QString::fromLatin1(problem);
+        };
+        row("no object", "7", "is no object");
+        row("an unknown kind", "{'kind': 'explode', 'tag': 'P1'}", "has no \"kind\" that is known");
+        row("an empty tag", "{'kind': 'raise', 'tag': ''}", "has no \"tag\"");
+        row("a value that is none", "{'kind': 'operate', 'tag': 'P1', 'value': true}",
+            "has a \"value\" that is no number");
+        row("an input that is none", "{'kind': 'enter', 'tag': 'P1', 'input': []}",
+            "has an \"input\" that is no object");
+        row("an empty key", "{'kind': 'raise', 'tag': 'P1', 'key': ''}", "has a \"key\" that is none");
+    }
+    void whatIsNoOperationDoesNothing()
+    {
+        QFETCH(QByteArray, operation);
+        QFETCH(QString, problem);
+        Pages pages;
+        const auto page = pages.read(pageWithOperation(operation));
+        QVERIFY(page);
+        QVERIFY(page->operations.isEmpty());
+        QVERIFY(!page->operations.unreadable(page->canvas->findShape(QStringLiteral("b"))).isEmpty());
+        QCOMPARE(page->problems.size(), 1);
+        QVERIFY2(page->problems[0].endsWith(QStringLiteral("\"operation\" %1: the shape does nothing").arg(problem)),
+                 qPrintable(page->problems[0]));
+    }
+
+    void anOperationThatIsSetTakesThePlaceOfWhatWasUnreadable()
+    {
+        Pages pages;
+        auto page = pages.read(pageWithOperation("{'kind': 'explode', 'tag': 'P1'}"));
+        const Shape* shape = page->canvas->findShape(QStringLiteral("b"));
+        page->operations.set(shape, Operation{Operation::Kind::Lower, QStringLiteral("P2")});
+        const auto stored = [&page] { return shapesOf(PageWriter::write(*page))[0].toObject(); };
+        QCOMPARE(stored()[QStringLiteral("operation")].toObject().value(QStringLiteral("kind")).toString(),
+                 QStringLiteral("lower"));
+        page->operations.set(shape, std::nullopt);
+        QVERIFY(!stored().contains(QStringLiteral("operation")));
+    }
+
+    void accessSurvivesARoundTrip_data()
+    {
+        QTest::addColumn<QByteArray>("access");
+        QTest::addColumn<bool>("isProtected");
+        QTest::addColumn<QList<int>>("users");
+        QTest::addColumn<bool>("isReadable");
+        const auto row = [](const char* name, const char* access, bool isProtected, const QList<int>& users,
+                            bool isReadable = true) {
+            QTest::newRow(name) << QByteArray(access) << isProtected << users << isReadable;
+        };
+        row("two users", "{'protected': true, 'users': [3, 12]}", true, {3, 12});
+        row("nobody", "{'protected': true, 'users': []}", true, {});
+        row("users of a page that is not protected", "{'protected': false, 'users': [3]}", false, {3});
+        row("another member", "{'protected': false, 'users': [3], 'role': 'engineer'}", true, {}, false);
+        row("no protection", "{'users': [3]}", true, {}, false);
+        row("a number for yes", "{'protected': 0, 'users': []}", true, {}, false);
+        row("a text", "'everybody'", true, {}, false);
+        row("null", "null", true, {}, false);
+        row("a list", "[{'protected': false}]", true, {}, false);
+        row("a user by name", "{'protected': true, 'users': ['ann']}", true, {}, false);
+        row("half a user", "{'protected': true, 'users': [1.5]}", true, {}, false);
+        row("no user's number", "{'protected': true, 'users': [-1]}", true, {}, false);
+        row("a number beyond all", "{'protected': true, 'users': [3, 4294967299]}", true, {}, false);
+    }
+    void accessSurvivesARoundTrip()
+    {
+        QFETCH(QByteArray, access);
+        QFETCH(bool, isProtected);
+        QFETCH(QList<int>, users);
+        QFETCH(bool, isReadable);
+        Pages pages;
+        const QByteArray text = json("{'format':'korvane-page','version':1,'access':" + access + ",'layers':[]}");
+        const auto page = pages.read(text);
+        QVERIFY2(page, page ? "" : qPrintable(page.error()));
+        QCOMPARE(page->access.isProtected, isProtected);
+        QCOMPARE(page->access.users, users);
+        QCOMPARE(page->access.unreadable.isEmpty(), isReadable);
+        QCOMPARE(page->problems.isEmpty(), isReadable);
+        for (const int user : {0, 1, 3, 12})
+            QCOMPARE(page->access.mayOpen(user), !isProtected || users.contains(user));
+        QCOMPARE(parsed(PageWriter::write(*page)).value(QStringLiteral("access")),
+                 parsed(text).value(QStringLiteral("access"))); // as it was, also what could not be read
+
+        QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("p.pws")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        file.close();
+        const auto alone = PageReader::readAccess(file.fileName());
+        QVERIFY(alone);
+        QVERIFY(alone->isEqual(page->access));
+    }
+
+    void aPageThatSaysNothingOfAccessIsEverybodys()
+    {
+        Pages pages;
+        const auto page = pages.read(wholePage);
+        QVERIFY(!page->access.isProtected);
+        QVERIFY(page->access.mayOpen(0));
+        QVERIFY(!parsed(PageWriter::write(*page)).contains(QStringLiteral("access")));
+    }
+
+    void accessOfWhatCantBeReadIsAnError()
+    {
+        QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("p.pws"));
+        QVERIFY(!PageReader::readAccess(name));
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("{\"access\": {\"protected\": false");
+        file.close();
+        const auto access = PageReader::readAccess(name);
+        QVERIFY(!access);
+        QVERIFY(access.error().startsWith(name));
     }
 
     void placeholdersStandWhereTheShapeWould()

@@ -1,12 +1,56 @@
 #include "host/runtime/runtimedatabase.h"
 
 #include "platform/data/tagresolution.h"
+#include "platform/data/valuemarks.h"
 
 #include <QtTest>
+
+#include <limits>
 
 using Korvane::ScadaObjectType;
 
 Q_DECLARE_METATYPE(RuntimeDatabase::Object)
+
+namespace {
+
+constexpr qint64 begin = Q_INT64_C(1600000000000);
+constexpr double noLimit = std::numeric_limits<double>::quiet_NaN();
+constexpr ObjectKey level{ScadaObjectType::AnalogPoint, 200001};
+constexpr ObjectKey pump{ScadaObjectType::DigitalPoint, 100001};
+constexpr ObjectKey unit{ScadaObjectType::RtuObject, 7};
+
+/// LEVEL with a high limit of 80 and a hysteresis of 2, PUMP, and UNIT; values are stale after 10 s.
+struct OneLevel
+{
+    OneLevel()
+    {
+        RuntimeDatabase::Object object{level.type, level.id, QStringLiteral("LEVEL")};
+        object.high = 80;
+        object.hysteresis = 2;
+        object.staleAfter = std::chrono::seconds(10);
+        RuntimeDatabase::Object unitObject{unit.type, unit.id, QStringLiteral("UNIT")};
+        unitObject.staleAfter = std::chrono::seconds(10);
+        database.setTimeZone(QTimeZone::utc());
+        database.setClock([this] { return nowMs; });
+        for (const auto& each :
+             {object, unitObject, RuntimeDatabase::Object{pump.type, pump.id, QStringLiteral("PUMP")}}) {
+            if (!database.add(each))
+                qFatal("an object was refused");
+        }
+    }
+    void take(qint64 ms, double value)
+    {
+        if (!database.takeSample({level, begin + ms, value, 0}))
+            qFatal("a sample was ignored");
+    }
+    int limitMarks() const { return database.presentRecord(level).GetValue("limit")->toInt32(); }
+    int quality() const { return database.presentRecord(level).GetValue("quality")->toInt32(); }
+
+    qint64 nowMs = begin;
+    RuntimeDatabase database;
+};
+
+} // namespace
 
 class tst_RuntimeDatabase : public QObject
 {
@@ -200,6 +244,185 @@ private Q_SLOTS:
         QCOMPARE(database.count(ScadaObjectType::Point), std::size_t(1));
         QCOMPARE(database.count(ScadaObjectType::RtuObject), std::size_t(0));
         QCOMPARE(database.findPoint(QStringLiteral("FLOW")).id, 200001);
+    }
+
+    // What operators change
+
+    void limitsInForceAreThoseOfTheListUntilTheyAreSet()
+    {
+        OneLevel one;
+        QCOMPARE(one.database.limits(level).high, 80.0);
+        QCOMPARE(one.database.hysteresis(level), 2.0);
+        one.take(0, 70);
+        QCOMPARE(one.limitMarks(), 0);
+        QVERIFY(one.database.setLimits(level, {noLimit, 10, 60, 90}));
+        QCOMPARE(one.limitMarks(), int(ValueMark::AboveHigh)); // without waiting for a sample
+        QCOMPARE(one.database.fieldValue(level, DataCode::DataField::HighHighLimit), QVariant(90.0));
+        QVERIFY(one.database.setLimits(level, {noLimit, 10, noLimit, noLimit}));
+        QCOMPARE(one.limitMarks(), 0); // beyond no limit that there is
+        QVERIFY(one.database.setLimits(level, {noLimit, 75, noLimit, noLimit}));
+        QCOMPARE(one.limitMarks(), int(ValueMark::BelowLow));
+        QVERIFY(one.database.setLimits(level, {noLimit, noLimit, noLimit, noLimit}));
+        QCOMPARE(one.limitMarks(), 0);
+    }
+
+    void limitsStandInTheirOrder_data()
+    {
+        QTest::addColumn<QVector<double>>("limits");
+        QTest::addColumn<bool>("isTaken");
+        const double infinity = std::numeric_limits<double>::infinity();
+        QTest::newRow("in order") << QVector<double>{1, 2, 3, 4} << true;
+        QTest::newRow("the outer as the inner") << QVector<double>{2, 2, 3, 3} << true;
+        QTest::newRow("none") << QVector<double>{noLimit, noLimit, noLimit, noLimit} << true;
+        QTest::newRow("low as high") << QVector<double>{1, 3, 3, 4} << false;
+        QTest::newRow("low low above low") << QVector<double>{2.5, 2, 3, 4} << false;
+        QTest::newRow("high above high high") << QVector<double>{1, 2, 4.5, 4} << false;
+        QTest::newRow("low low above high, without a low") << QVector<double>{5, noLimit, 3, 4} << false;
+        QTest::newRow("low above high high, without a high") << QVector<double>{1, 5, noLimit, 4} << false;
+        QTest::newRow("the outer ones alone") << QVector<double>{5, noLimit, noLimit, 4} << false;
+        QTest::newRow("infinite") << QVector<double>{-infinity, 2, 3, 4} << false;
+    }
+    void limitsStandInTheirOrder()
+    {
+        QFETCH(QVector<double>, limits);
+        QFETCH(bool, isTaken);
+        OneLevel one;
+        QCOMPARE(one.database.setLimits(level, {limits[0], limits[1], limits[2], limits[3]}).has_value(), isTaken);
+        QCOMPARE(one.database.limits(level).high == 80, !isTaken);
+        QVERIFY(!one.database.setLimits(pump, {}));
+        QVERIFY(!one.database.setLimits({ScadaObjectType::AnalogPoint, 299999}, {}));
+    }
+
+    void theHysteresisInForceJudges()
+    {
+        OneLevel one;
+        one.take(0, 81);
+        one.take(1, 79); // within the list's hysteresis of 2
+        QCOMPARE(one.limitMarks(), int(ValueMark::AboveHigh));
+        QVERIFY(one.database.setHysteresis(level, 1));
+        QCOMPARE(one.limitMarks(), 0); // 79 is at 80 minus 1
+        QVERIFY(!one.database.setHysteresis(level, -0.5));
+        QVERIFY(!one.database.setHysteresis(level, noLimit));
+        QVERIFY(!one.database.setHysteresis(pump, 1));
+        QCOMPARE(one.database.hysteresis(level), 1.0);
+        QVERIFY(one.database.setHysteresis(level, 0));
+    }
+
+    void tagMarksStandInTheRecord()
+    {
+        OneLevel one;
+        QVERIFY(one.database.setTagMarks(level, ValueMark::AlarmInhibited));
+        QVERIFY(!one.database.setTagMarks(level, ValueMark::AlarmInhibited));
+        QCOMPARE(one.database.presentRecord(level).GetValue("tag")->toInt32(), qint32(ValueMark::AlarmInhibited));
+        one.take(0, 5); // a sample takes none of them away
+        QCOMPARE(one.database.tagMarks(level), qint32(ValueMark::AlarmInhibited));
+        QVERIFY(!one.database.setTagMarks({ScadaObjectType::AnalogPoint, 299999}, 1));
+        QCOMPARE(one.database.tagMarks({ScadaObjectType::AnalogPoint, 299999}), 0);
+    }
+
+    void aValueHeldByHandDoesNotGoStale()
+    {
+        OneLevel one;
+        one.take(0, 5);
+        one.database.setHeldByHand(level, true);
+        QVERIFY(one.database.takeStale(begin + 60000).empty());
+        QCOMPARE(one.quality(), 0);
+        one.database.setHeldByHand(level, false);
+        QCOMPARE(one.database.takeStale(begin + 60000), std::vector<ObjectKey>{level});
+        QCOMPARE(one.quality(), int(ValueMark::Stale));
+    }
+
+    void aValueIsMadeStaleOnce()
+    {
+        OneLevel one;
+        QVERIFY(!one.database.setStale(level, begin)); // there is none
+        one.take(0, 5);
+        QVERIFY(one.database.setStale(level, begin + 10));
+        QVERIFY(!one.database.setStale(level, begin + 20));
+        QCOMPARE(one.quality(), int(ValueMark::Stale));
+        one.take(30, 5);
+        QCOMPARE(one.quality(), 0);
+    }
+
+    void statisticsKnowSinceWhenTheyRun()
+    {
+        OneLevel one;
+        const auto highest = [&one] { return one.database.fieldValue(level, DataCode::DataField::TotalMaximum); };
+        QVERIFY(!one.database.statisticsSinceMs(level));
+        QVERIFY(!one.database.resetStatistics(level, begin));
+        QVERIFY(!one.database.lastChangeMs(level));
+        one.take(0, 90);
+        one.take(1000, 50);
+        one.take(2000, 50);
+        one.nowMs = begin + 3000;
+        QCOMPARE(highest(), QVariant(90.0));
+        QCOMPARE(one.database.statisticsSinceMs(level).value_or(0), begin);
+        QCOMPARE(one.database.lastChangeMs(level).value_or(0), begin + 1000);
+        QVERIFY(one.database.resetStatistics(level, begin + 2500));
+        QCOMPARE(highest(), QVariant(50.0)); // the present value counts from then on
+        QCOMPARE(one.database.statisticsSinceMs(level).value_or(0), begin + 2500);
+        QCOMPARE(one.database.lastChangeMs(level).value_or(0), begin + 1000); // the value is the same one
+
+        OneLevel later;
+        QVERIFY(later.database.restore(level, one.database.state(level)));
+        QCOMPARE(later.database.statisticsSinceMs(level).value_or(0), begin + 2500);
+        later.database.forgetValues();
+        QVERIFY(!later.database.statisticsSinceMs(level));
+    }
+
+    void bytesOfTheFirstLayoutComeBack()
+    {
+        OneLevel one;
+        one.take(0, 42);
+        one.take(1000, 43);
+        QByteArray bytes = one.database.state(level);
+        QCOMPARE(int(bytes[0]), 2);
+        // Layout byte, time, quality, flag and value; then, since layout 2, since when the statistics run.
+        constexpr int placeOfSince = 1 + 8 + 4 + 1 + 8;
+        bytes.remove(placeOfSince, 8);
+        bytes[0] = 1;
+        OneLevel later;
+        QVERIFY(later.database.restore(level, bytes));
+        later.nowMs = begin + 2000;
+        QCOMPARE(later.database.presentRecord(level).GetValue("value")->toDouble(), 43.0);
+        QCOMPARE(later.database.fieldValue(level, DataCode::DataField::TotalMinimum), QVariant(42.0));
+        QVERIFY(!later.database.statisticsSinceMs(level)); // is not known
+        for (const char layout : {'\0', '\3'}) {
+            bytes[0] = layout;
+            QVERIFY(!OneLevel().database.restore(level, bytes));
+        }
+    }
+
+    void unitsKnowWhenTheyCameOnLineAndWentOffIt()
+    {
+        OneLevel one;
+        const auto time = [&one](DataCode::DataField field) {
+            return one.database.fieldValue(unit, field).toDateTime().toMSecsSinceEpoch() - begin;
+        };
+        const auto take = [&one](qint64 ms, double state) {
+            QVERIFY(one.database.takeSample({unit, begin + ms, state, 0}));
+        };
+        const auto on = DataCode::DataField::CommOnlineTime;
+        const auto off = DataCode::DataField::CommOfflineTime;
+        QVERIFY(!one.database.fieldValue(unit, on).isValid());
+        take(0, 1); // was it before? nobody knows
+        QVERIFY(!one.database.fieldValue(unit, on).isValid());
+        take(1000, 0);
+        QCOMPARE(time(off), qint64(1000));
+        take(2000, 0);
+        take(3000, 1);
+        take(4000, 1);
+        QCOMPARE(time(off), qint64(1000));
+        QCOMPARE(time(on), qint64(3000));
+        QVERIFY(one.database.setCommunicationFailed(unit, true, begin + 5000));
+        QCOMPARE(time(off), qint64(5000));
+        QVERIFY(one.database.setCommunicationFailed(unit, false, begin + 6000));
+        QCOMPARE(time(on), qint64(6000));
+        QCOMPARE(one.database.takeStale(begin + 14000).size(), std::size_t(1)); // 10 s without a sample
+        QCOMPARE(time(off), qint64(14000));
+        one.database.forgetValues();
+        QVERIFY(!one.database.fieldValue(unit, off).isValid());
+        QVERIFY(!one.database.fieldValue(level, on).isValid()); // no field of a point
     }
 
     void resolvesAmongAMillionPoints()
