@@ -120,6 +120,8 @@ void PointSelectWidget::reset()
 
 void PointSelectWidget::updateBrowserItem()
 {
+    if (!m_browser)
+        return;
     const Korvane::BrowerItemInfo item = m_browser->getSelectedItem();
     updateLinkSource(item);
     Q_EMIT browserItemSelected(item);

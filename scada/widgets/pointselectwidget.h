@@ -55,7 +55,7 @@ public Q_SLOTS:
     void slotBrowsePoint();
     /// Empties the line.
     void reset();
-    /// Takes what is selected in the open browser, which stays open.
+    /// Takes what is selected in the open browser, which stays open. Does nothing when none is open.
     void updateBrowserItem();
     /// Emits linkInfoChanged().
     void handleTextChange(const QString& text);

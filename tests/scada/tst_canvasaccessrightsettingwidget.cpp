@@ -225,6 +225,48 @@ private Q_SLOTS:
         QCOMPARE(m_widget->selectedUsers(), QList<int>());
     }
 
+    void aSecondInitConnectsTheButtonsAgain() // kept
+    {
+        m_widget->init(&m_core);
+        m_widget->init(&m_core);
+        int changes = 0;
+        Qt::CheckState before = Qt::Unchecked;
+        connect(list(), &QListWidget::itemChanged, [&](QListWidgetItem* item) {
+            if (item != list()->item(0) || item->checkState() == before)
+                return;
+            ++changes;
+            item->setCheckState(before); // so that the next round changes it too
+        });
+        press("selectAll");
+        QCOMPARE(changes, 2);
+        before = Qt::Checked;
+        list()->item(0)->setCheckState(before);
+        press("clearAll");
+        QCOMPARE(changes, 4);
+    }
+
+    void aSecondInitConnectsTheMarkAgain() // kept
+    {
+        struct : QObject
+        {
+            bool eventFilter(QObject* group, QEvent* event) override
+            {
+                if (event->type() == QEvent::EnabledChange && !static_cast<QWidget*>(group)->isEnabled()) {
+                    ++changes;
+                    static_cast<QWidget*>(group)->setEnabled(true); // so that the next call changes it too
+                }
+                return false;
+            }
+            int changes = 0;
+        } filter;
+        m_widget->init(&m_core);
+        m_widget->init(&m_core);
+        m_widget->setData(1, {});
+        group()->installEventFilter(&filter);
+        permission()->toggle();
+        QCOMPARE(filter.changes, 2);
+    }
+
     void storedRightsAreShown()
     {
         m_widget->init(&m_core);

@@ -165,6 +165,7 @@ private Q_SLOTS:
         QCOMPARE(find<QGroupBox>("groupBox_2")->title(), QStringLiteral("ControlConfirm::User Confirm"));
         QCOMPARE(find<QLabel>("label_2")->text(), QStringLiteral("ControlConfirm::User :"));
         QCOMPARE(find<QLabel>("label_3")->text(), QStringLiteral("ControlConfirm::Password :"));
+        QVERIFY(translator.translations.contains(QStringLiteral("ControlConfirm::.........")));
         const QList<ShownBox> boxes = boxesDuring([this] { m_dialog->slotOk(); });
         QCOMPARE(boxes.first().title, QStringLiteral("ControlConfirm::Failed"));
         QCOMPARE(boxes.first().text, QStringLiteral("ControlConfirm::Invaild Password"));

@@ -216,6 +216,19 @@ private Q_SLOTS:
         QVERIFY(reads("{'Min\\u0056alue':-3}", [](auto& p) { p.minValue = -3; }));
     }
 
+    void limitsThatContradictEachOtherStayAsGiven()
+    {
+        for (const char* text : {"{'MinValue':10,'MaxValue':-5}", "{'MaxValue':-5,'MinValue':10}"}) {
+            for (const NumberInputParam& before : {NumberInputParam(), percent()}) {
+                const NumberInputParam param = readBy(before, json(text));
+                QCOMPARE(param.minValue, 10.0);
+                QCOMPARE(param.maxValue, -5.0);
+            }
+        }
+        QCOMPARE(readBy(percent(), json("{'MinValue':101}")).minValue, 101.0);
+        QCOMPARE(readBy(percent(), json("{'MaxValue':-1}")).maxValue, -1.0);
+    }
+
     void inAnyOrderAndOfTwoTheFirst()
     {
         NumberInputParam expected = percent();

@@ -16,6 +16,7 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <QToolButton>
+#include <QTreeView>
 #include <QtTest>
 
 #include <memory>
@@ -26,6 +27,8 @@ using Korvane::BrowseTypeFlag;
 using Korvane::ScadaObjectType;
 
 namespace {
+
+constexpr int pastValueColumn = 1; ///< of the browser's fields
 
 /// The widget with its protected operation in reach, and what it emitted, in the order of emission.
 class Selection : public PointSelectWidget
@@ -296,14 +299,15 @@ private Q_SLOTS:
         const KVPointMimeData point(limitOfFlow);
         Drag drag(point);
         QCOMPARE(drag.drop.dropAction(), Qt::CopyAction);
-        bool wasTaken = false;
-        connect(m_widget.get(), &PointSelectWidget::browserItemSelected,
-                [&] { wasTaken = drag.drop.isAccepted() && drag.drop.dropAction() == Qt::MoveAction; });
+        QList<QPair<bool, Qt::DropAction>> whenTold;
+        const auto note = [&] { whenTold.append({drag.drop.isAccepted(), drag.drop.dropAction()}); };
+        connect(m_widget.get(), &PointSelectWidget::linkInfoChanged, note);
+        connect(m_widget.get(), &PointSelectWidget::browserItemSelected, note);
         drag.drop.ignore();
         drag.dropOn(m_widget.get());
         QVERIFY(drag.drop.isAccepted());
         QCOMPARE(drag.drop.dropAction(), Qt::MoveAction);
-        QVERIFY(wasTaken);
+        QCOMPARE(whenTold, (QList<QPair<bool, Qt::DropAction>>{{false, Qt::CopyAction}, {true, Qt::MoveAction}}));
         QCOMPARE(m_widget->getTagString(), QStringLiteral("P1.FLOW"));
         QCOMPARE(m_widget->emitted, QStringList({QStringLiteral("P1.FLOW"), QStringLiteral("selected")}));
         QCOMPARE(m_widget->selected, QList<BrowerItemInfo>{limitOfFlow});
@@ -411,6 +415,19 @@ private Q_SLOTS:
         QCOMPARE(browser->getSelectedItem().property, QStringLiteral("HighLimit"));
     }
 
+    void theBrowserShowsNoPastValues() // having no data service to ask for them
+    {
+        m_widget->setShowProperty(true);
+        m_widget->setTagString(QStringLiteral("P1.FLOW"));
+        const auto* fields = m_widget->browse()->findChild<QTreeView*>(QStringLiteral("fieldsView"));
+        QVERIFY(fields->isVisible());
+        QVERIFY(fields->isColumnHidden(pastValueColumn));
+        const QAbstractItemModel* model = fields->model();
+        QVERIFY(model->rowCount() > 1);
+        for (int row = 0; row < model->rowCount(); ++row)
+            QCOMPARE(model->index(row, pastValueColumn).data().toString(), QString());
+    }
+
     void withoutFieldsTheFieldThatIsTypedIsNotChosen()
     {
         m_widget->setTagString(QStringLiteral("P2.FLOW:HighLimit"));
@@ -485,6 +502,20 @@ private Q_SLOTS:
         QCOMPARE(m_widget->selected.size(), 3);
         QCOMPARE(m_widget->selected.first(), flow);
         QCOMPARE(m_widget->browsers().size(), 1);
+    }
+
+    void withoutABrowserThereIsNothingToTake()
+    {
+        m_widget->setTagString(QStringLiteral("P2.FLOW"));
+        m_widget->emitted.clear();
+        m_widget->updateBrowserItem();
+        const QPointer<PointBrowserDialog> browser = m_widget->browse();
+        browser->locateToPoint(ScadaObjectType::AnalogPoint, 200001);
+        browser->close();
+        QTRY_VERIFY(!browser);
+        m_widget->updateBrowserItem();
+        QCOMPARE(m_widget->getTagString(), QStringLiteral("P2.FLOW"));
+        QCOMPARE(m_widget->emitted, QStringList());
     }
 
     void okTakesTheFieldToo()

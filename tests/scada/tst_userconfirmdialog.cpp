@@ -158,6 +158,7 @@ private Q_SLOTS:
         QCOMPARE(textOf("groupBox_2", "title"), QStringLiteral("UserConfirmDialog::User Confirm"));
         QCOMPARE(textOf("label_2", "text"), QStringLiteral("UserConfirmDialog::User :"));
         QCOMPARE(textOf("label_3", "text"), QStringLiteral("UserConfirmDialog::Password :"));
+        QVERIFY(translator.translations.contains(QStringLiteral("UserConfirmDialog::.........")));
         m_users->refusal = QStringLiteral("no");
         const QList<ShownBox> boxes = boxesDuring([this] { m_dialog->slotOk(); });
         QCOMPARE(boxes.first().title, QStringLiteral("UserConfirmDialog::Failed"));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QStringList>
 #include <QTranslator>
 
 /// Translates every text to its context, "::" and itself while it lives, so that a test sees under which context a text
@@ -14,8 +15,11 @@ public:
     bool isEmpty() const override { return false; }
     QString translate(const char* context, const char* text, const char*, int) const override
     {
-        return QLatin1String(context) + QLatin1String("::") + QLatin1String(text);
+        translations.append(QLatin1String(context) + QLatin1String("::") + QLatin1String(text));
+        return translations.last();
     }
+
+    mutable QStringList translations; ///< so far, those too that no one got to see
 };
 
 QT_WARNING_PUSH
