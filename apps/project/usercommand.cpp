@@ -6,6 +6,8 @@
 #include "host/accounts/accountdatabase.h"
 #include "host/core/project.h"
 
+#include <QFile>
+
 namespace {
 
 int failed(const QString& text)
@@ -33,12 +35,11 @@ int list(const AccountDatabase& accounts)
     const auto all = accounts.allUserAccounts();
     if (!all.isOk())
         return failed(all.error);
-    for (const EUserAccount& account : all.list) {
-        const auto isLocked = accounts.isLocked(account.name);
-        if (!isLocked)
-            return failed(isLocked.error());
-        Output::print(accountText(account, *isLocked));
-    }
+    const auto locked = accounts.lockedAccounts();
+    if (!locked)
+        return failed(locked.error());
+    for (const EUserAccount& account : all.list)
+        Output::print(accountText(account, locked->contains(account.number)));
     return ExitCode::fine;
 }
 
@@ -128,6 +129,9 @@ int Commands::user(const QStringList& arguments)
     const auto project = Project::read(line.folder());
     if (!project)
         return failed(project.error());
+    const bool isLocal = project->accounts.driver == AccountSettings::Driver::Sqlite;
+    if (line.isSet("list") && isLocal && !QFile::exists(project->accounts.fileName))
+        return ExitCode::fine; // nobody yet, and no file to be made for that
     AccountDatabase accounts;
     if (const auto opened = accounts.open(project->accounts); !opened)
         return failed(opened.error());

@@ -77,6 +77,12 @@ void AlarmStation::silence()
 void AlarmStation::heedSession()
 {
     m_list->setUserAreas(m_system.control().manager().areas());
+    // The line and the sounds stay: an alarm calls for whoever is near.
+    const bool isSomebodyHere =
+        !m_system.project().isSecured || m_system.control().users().currentAccount().has_value();
+    m_dock->toggleViewAction()->setEnabled(isSomebodyHere);
+    if (!isSomebodyHere)
+        m_dock->hide();
 }
 
 // A project whose alarms are not spoken needs no voice.

@@ -51,17 +51,19 @@ void OperatorStation::fillMenu(QMenu& menu)
         m_accounts = menu.addAction(tr("User &accounts..."), this, &OperatorStation::editAccounts);
         menu.addSeparator();
     }
-    menu.addAction(tr("&Summary of all points"), this, &OperatorStation::showSummary, QKeySequence(Qt::Key_F6));
+    m_showSummary =
+        menu.addAction(tr("&Summary of all points"), this, &OperatorStation::showSummary, QKeySequence(Qt::Key_F8));
     QAction* operations = m_operations->toggleViewAction();
     operations->setText(tr("&Operations"));
-    operations->setShortcut(Qt::Key_F7);
+    operations->setShortcut(Qt::Key_F12);
     menu.addAction(operations);
     showSession();
 }
 
 void OperatorStation::attach(CanvasView& view, const Page& page)
 {
-    auto* operations = new PageOperations(view, page, {m_system.control().manager(), m_system.database()});
+    auto* operations = new PageOperations(
+        view, page, {m_system.control().manager(), m_system.database(), [this] { return !m_isPaused; }});
     connect(operations, &PageOperations::refused, m_banner, &OperationBanner::showFailed);
     new PointTips(view, page, m_system.database());
 }
@@ -94,6 +96,7 @@ void OperatorStation::editAccounts()
 {
     AccountsDialog dialog(m_system.control().accounts(), m_system.control().users(), &m_window);
     dialog.exec();
+    m_system.control().refreshSession();
 }
 
 void OperatorStation::showSession()
@@ -105,6 +108,15 @@ void OperatorStation::showSession()
         m_changePassword->setEnabled(account.has_value());
     if (m_accounts)
         m_accounts->setEnabled(m_system.control().users().may(AccountRole::Administrator, {}));
+    // What the plant does is for those who are logged on.
+    const bool isSomebodyHere = account || !m_system.project().isSecured;
+    m_operations->toggleViewAction()->setEnabled(isSomebodyHere);
+    if (m_showSummary)
+        m_showSummary->setEnabled(isSomebodyHere);
+    if (!isSomebodyHere) {
+        m_operations->hide();
+        delete m_summary;
+    }
     m_user->setVisible(m_system.project().isSecured);
     m_user->setText(account ? tr("%1 (%2)", "user, role").arg(account->name, account->role)
                             : tr("Nobody is logged on"));

@@ -37,6 +37,8 @@ public:
     void fillMenu(QMenu& menu);
     /// Lets the operator work with a page in its view, both of which must go before the station.
     void attach(CanvasView& view, const Page& page);
+    /// Whether clicks on pages are for something else than the plant.
+    void setPaused(bool paused) { m_isPaused = paused; }
     /// Asks for the first account of a project that has none, then for a user to log on.
     void begin();
 
@@ -63,5 +65,7 @@ private:
     QAction* m_logOff = nullptr;
     QAction* m_changePassword = nullptr;
     QAction* m_accounts = nullptr;
+    QAction* m_showSummary = nullptr;
     QPointer<SummaryWindow> m_summary;
+    bool m_isPaused = false;
 };

@@ -72,6 +72,8 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     addDockWidget(Qt::RightDockWidgetArea, m_explanation);
     addDockWidget(Qt::BottomDockWidgetArea, m_tags);
     m_explanation->hide();
+    connect(m_explanation, &QDockWidget::visibilityChanged, this,
+            [this] { m_operating.setPaused(m_explanation->isVisible()); });
     m_tags->hide();
     addDockWidget(Qt::BottomDockWidgetArea, m_scripts);
     m_scripts->hide();
@@ -229,9 +231,15 @@ void RuntimeWindow::showPage(Page& page)
 
 void RuntimeWindow::closeTab(int place)
 {
-    CanvasView* view = viewAt(place);
-    if (!view)
+    if (!viewAt(place))
         return;
+    dropTab(place);
+    heedTab();
+}
+
+void RuntimeWindow::dropTab(int place)
+{
+    CanvasView* view = viewAt(place);
     Page* page = m_pages.take(view);
     m_explanation->forget();
     m_tags->showPage(nullptr);
@@ -239,7 +247,6 @@ void RuntimeWindow::closeTab(int place)
     m_tabs.removeTab(place);
     delete view;
     m_system.pages().close(page->canvas->canvasName());
-    heedTab();
 }
 
 void RuntimeWindow::beginSession(const QString& page)
@@ -252,11 +259,17 @@ void RuntimeWindow::beginSession(const QString& page)
 // What the one before could see goes before the next one sees anything.
 void RuntimeWindow::heedSession()
 {
-    for (int place = m_tabs.count() - 1; place >= 0; --place) {
-        const Page* page = m_pages.value(viewAt(place));
-        if (!m_system.control().mayOpen(page->access))
-            closeTab(place);
+    {
+        // None of them comes to the front for a moment while others go.
+        const QSignalBlocker blocker(m_tabs);
+        m_tabs.hide();
+        for (int place = m_tabs.count() - 1; place >= 0; --place) {
+            const Page* page = m_pages.value(viewAt(place));
+            if (!m_system.control().mayOpen(page->access))
+                dropTab(place);
+        }
     }
+    heedTab();
     if (m_tabs.count() == 0 && m_system.control().users().currentAccount())
         openPage(m_firstPage.isEmpty() ? m_system.project().startPage : m_firstPage);
     showHint();

@@ -45,6 +45,7 @@ private:
     void heedScripts();
     void openPage(const QString& name);
     void closeTab(int place);
+    void dropTab(int place);
     void heedTab();
     void heedSession();
     void showHint();

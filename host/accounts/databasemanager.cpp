@@ -93,7 +93,7 @@ tl::expected<void, QString> DatabaseManager::logOn(const QString& user, const QS
         return Failed(tr("The user name or the password is wrong."));
     logOff();
     m_current = **found;
-    Q_EMIT loggedOn(m_current->name);
+    Q_EMIT loggedOn(QString(m_current->name)); // whoever hears of it may end the session
     return {};
 }
 
@@ -180,6 +180,17 @@ void DatabaseManager::refreshCurrent(const AccountDatabase::Secret& secret)
         logOff();
     else
         m_current = **found;
+}
+
+tl::expected<void, QString> DatabaseManager::refresh()
+{
+    if (!m_current)
+        return {};
+    const auto secret = m_accounts.secret(m_current->name);
+    if (!secret)
+        return Failed(secret.error());
+    refreshCurrent(*secret);
+    return {};
 }
 
 void DatabaseManager::noteFailure(const QString& user)

@@ -69,6 +69,10 @@ public:
     std::chrono::milliseconds refusal(const QString& user) const;
     /// Who is logged on, as the account was when he was last checked; nothing while nobody is.
     const std::optional<EUserAccount>& currentAccount() const { return m_current; }
+    /// Looks the account of who is logged on up anew: his rights are as it says now, and he is logged off when it was
+    /// removed or locked.
+    /// \returns why the database can't be asked; his rights stay as they were then.
+    tl::expected<void, QString> refresh();
     /// The account of that name as it is now, or nothing.
     std::optional<EUserAccount> account(const QString& user) const;
     /// Gives the account of the current user another password.

@@ -336,6 +336,7 @@ void CanvasView::keyPressEvent(QKeyEvent* event)
 void CanvasView::press(const QMouseEvent& event, bool isSecond)
 {
     m_pressedAt = event.pos();
+    m_pressedShape = m_canvas.shapeAt(toPage(event.pos()));
     m_draggedFrom = event.pos();
     m_isDragging = false;
     m_isPressed = event.button() == Qt::LeftButton;
@@ -378,7 +379,9 @@ void CanvasView::mouseReleaseEvent(QMouseEvent* event)
     ::Shape* shape = m_canvas.shapeAt(page);
     if (m_isOperated)
         m_input->release(shape, page);
-    Q_EMIT clicked(shape);
+    // What came under the pointer meanwhile was not meant.
+    if (shape == m_pressedShape)
+        Q_EMIT clicked(shape);
 }
 
 // With Ctrl the wheel zooms, and what lies under the pointer stays there.

@@ -69,7 +69,7 @@ public:
 Q_SIGNALS:
     /// A frame is on its way to the screen.
     void painted();
-    /// The left button was pressed and released over the page; null for its background.
+    /// The left button was pressed and released over the same shape; null for the page's background.
     void clicked(::Shape* shape);
     /// zoom() is another than before.
     void zoomChanged();
@@ -108,6 +108,7 @@ private:
     QRect m_selectionFrame;
     QRect m_focusFrame;
     QPoint m_pressedAt;
+    const ::Shape* m_pressedShape = nullptr; ///< to be compared only: it may be gone
     QPoint m_draggedFrom;
     double m_zoom = 1; ///< while not fitted
     double m_toldZoom = 0;

@@ -42,7 +42,7 @@ public:
     /// \param fileName stands in texts of errors and problems
     tl::expected<Page, QString> read(const QByteArray& text, const QString& fileName) const;
 
-    /// Who may open the page in \p fileName, without reading the rest of it; nobody where that can't be read.
+    /// Who may open the page in \p fileName, without making anything of the rest of it; nobody where that can't be read.
     static tl::expected<PageAccess, QString> readAccess(const QString& fileName);
 
 private:

@@ -149,7 +149,10 @@ tl::expected<void, QString> AuditLog::append(const ScadaOperationMessage& messag
         return failure(QStringLiteral("is not open"));
     QSqlDatabase database = QSqlDatabase::database(m_connection, false);
     Transaction transaction(database);
-    // Another program may have written since: its line is the one before.
+    // Another program may have written since: its line is the one before. Writing first waits for it; a reader that would
+    // write is turned away at once.
+    if (const auto locked = execute(database, QStringLiteral("UPDATE audit_end SET line = line")); !locked)
+        return failure(QStringLiteral("can't be written: %1").arg(locked.error()));
     QSqlQuery end(database);
     if (!transaction.isOpen() || !end.exec(QStringLiteral("SELECT line, hash FROM audit_end")) || !end.next())
         return failure(QStringLiteral("can't be read: %1").arg(reasonOf(end)));

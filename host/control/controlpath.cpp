@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <cmath>
@@ -104,6 +105,10 @@ ControlRules::Asking ControlPath::asking(const Request& request) const
 // Checks as things stand now; what does not pass has ended behind this.
 bool ControlPath::passes(Request& request)
 {
+    const quint32 id = request.message.requestId;
+    m_isReachable = m_isReachable && m_services.users.refresh().has_value();
+    if (!find(id))
+        return false; // the session ended with that
     if (request.message.user != user()) {
         finish(request.message.requestId, Outcome::NotPermitted, tr("somebody else is logged on by now"));
         return false;
@@ -141,7 +146,23 @@ void ControlPath::process(quint32 requestId)
 }
 
 // The operator may take his time, and the event loop turns meanwhile.
+// One question at a time: who answers must know what for.
 void ControlPath::askUser(quint32 requestId)
+{
+    m_toAsk.push_back(requestId);
+    if (m_isAsking)
+        return;
+    const QScopedValueRollback<bool> asking(m_isAsking, true);
+    while (!m_toAsk.empty()) {
+        const quint32 next = m_toAsk.front();
+        m_toAsk.pop_front();
+        Request* request = find(next);
+        if (request && passes(*request))
+            askNow(next);
+    }
+}
+
+void ControlPath::askNow(quint32 requestId)
 {
     if (!m_confirmer) {
         finish(requestId, Outcome::NotConfirmed, tr("there is nobody here who could confirm"));
@@ -311,9 +332,22 @@ bool ControlPath::hasFeedback(const Request& request) const
     return std::abs(value->toDouble() - request.target) <= request.tolerance;
 }
 
+// In their order; while the first can't be written the others wait.
+void ControlPath::logEnds()
+{
+    const qint64 now = m_clock();
+    if (m_unlogged.empty() || now < m_nextLogMs)
+        return;
+    m_nextLogMs = now + std::chrono::milliseconds(logPause).count();
+    while (!m_unlogged.empty() && m_services.audit.append(m_unlogged.front(), m_workplace))
+        m_unlogged.pop_front();
+}
+
 void ControlPath::advance()
 {
     const qint64 now = m_clock();
+    m_isReachable = true; // the accounts are asked again with the next request
+    logEnds();
     std::vector<quint32> ids;
     for (const auto& [id, request] : m_requests) {
         if (request.message.outcome == Outcome::Sent || request.awaitsSecond)
@@ -360,7 +394,8 @@ void ControlPath::finish(quint32 requestId, Outcome outcome, const QString& text
     message.outcome = outcome;
     message.text = text;
     message.time = m_services.hub.currentTime();
-    audit(message);
+    if (!m_unlogged.empty() || !audit(message))
+        m_unlogged.push_back(message); // written as soon as that can be
     m_ended[requestId] = message;
     if (m_ended.size() > mostEnded)
         m_ended.erase(m_ended.begin());
@@ -387,12 +422,14 @@ bool ControlPath::cancel(quint32 requestId)
 
 QDateTime ControlPath::selectedUntil(ObjectKey object) const
 {
-    return m_selections.value(object).until;
+    const Selection selection = m_selections.value(object);
+    return m_clock() < selection.untilMs ? selection.until : QDateTime();
 }
 
 QString ControlPath::selectedBy(ObjectKey object) const
 {
-    return m_selections.value(object).user;
+    const Selection selection = m_selections.value(object);
+    return m_clock() < selection.untilMs ? selection.user : QString();
 }
 
 QList<ScadaOperationMessage> ControlPath::pending() const

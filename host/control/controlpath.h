@@ -11,6 +11,7 @@
 #include <QString>
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -27,7 +28,7 @@ class RuntimeDatabase;
 /// A request goes through its checks (role, page, area, inhibit mark, selection, value, interlock, reason), then through
 /// its confirmation, through the checks once more, then into the audit log and to the source. It ends when the
 /// feedback shows the value, when the source refuses, or when the time for it is over, and its end is in the audit log
-/// before it is told. A command that can't be written to the audit log is not sent. Requests wait for the event loop: none
+/// before it is told, or, where that can't be written, as soon as it can. A command that can't be written to the audit log is not sent. Requests wait for the event loop: none
 /// goes further before begin() has returned.
 class KORVANE_HOST_EXPORT ControlPath : public QObject
 {
@@ -43,7 +44,8 @@ public:
     static constexpr std::chrono::seconds selectionTime{30};
     static constexpr std::chrono::seconds secondPersonTime{120};
     static constexpr std::chrono::seconds usualFeedbackTime{10};
-    static constexpr int mostEnded = 10000; ///< ended requests that are remembered
+    static constexpr std::chrono::seconds logPause{1}; ///< before a line that could not be written is tried again
+    static constexpr int mostEnded = 10000;            ///< ended requests that are remembered
 
     struct Services
     {
@@ -115,6 +117,8 @@ private:
     };
     void process(quint32 requestId);
     void askUser(quint32 requestId);
+    void askNow(quint32 requestId);
+    void logEnds();
     bool takeProof(const QString& user, quint64 newerThan);
     void awaitSecond(quint32 requestId);
     void carryOut(quint32 requestId);
@@ -143,5 +147,10 @@ private:
     QHash<QString, quint64> m_usedProofs;  ///< by user
     std::map<quint32, Request> m_requests; ///< that have not ended
     std::map<quint32, ScadaOperationMessage> m_ended;
+    std::deque<ScadaOperationMessage> m_unlogged; ///< ends that the audit log has yet to take
+    qint64 m_nextLogMs = 0;                       ///< when it is tried again
+    std::deque<quint32> m_toAsk;                  ///< that wait for the operator's confirmation
+    bool m_isAsking = false;
+    bool m_isReachable = true; ///< the accounts, since the last tick
     QHash<ObjectKey, Selection> m_selections;
 };

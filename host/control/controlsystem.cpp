@@ -10,6 +10,13 @@
 
 #include <QSysInfo>
 
+namespace {
+
+constexpr std::chrono::seconds refreshInterval{5};
+constexpr std::chrono::seconds refreshPause{60};
+
+} // namespace
+
 ControlSystem::ControlSystem(const Project& project, const Parts& parts, QObject* parent)
     : QObject(parent),
       m_project(project),
@@ -26,6 +33,7 @@ ControlSystem::ControlSystem(const Project& project, const Parts& parts, QObject
     connect(&m_path, &ControlPath::problemFound, this, &ControlSystem::problemFound);
     connect(&parts.data, &DataService::ticked, &m_path, [this] { m_path.advance(); });
     connect(&m_users, &DatabaseManager::loggedOff, &m_path, &ControlPath::endSession);
+    connect(&m_refresh, &QTimer::timeout, this, &ControlSystem::refreshSession);
     connectRights();
 }
 
@@ -50,32 +58,46 @@ void ControlSystem::connectRights()
     });
 }
 
-void ControlSystem::start(bool isKept)
+void ControlSystem::start(bool isKept, bool isProcess)
 {
-    openFiles(isKept);
+    openFiles(isKept, isProcess);
     // Without accounts a secured project lets nobody in; an unsecured one needs none.
     if (m_project.isSecured) {
         if (const auto opened = m_accounts.open(m_project.accounts); !opened)
             Q_EMIT problemFound(opened.error());
         UserAccountDatabase::registerDatabase(&m_accounts);
+        m_refresh.start(refreshInterval);
     }
     for (const QString& problem : m_changes.restore())
         Q_EMIT problemFound(problem);
 }
 
-void ControlSystem::openFiles(bool isKept)
+void ControlSystem::refreshSession()
+{
+    // A server that is out of reach is not asked at every turn: each time may take a while.
+    const bool isReached = m_users.refresh().has_value();
+    m_refresh.setInterval(isReached ? refreshInterval : refreshPause);
+}
+
+// Without what operators did before, inhibits among it, nothing may be sent.
+void ControlSystem::openFiles(bool isKept, bool isProcess)
 {
     if (isKept) {
         const auto audit = m_audit.open(m_project.operatingFile());
         const auto state = m_state.open(m_project.operatingFile());
         if (audit && state)
             return;
-        Q_EMIT problemFound(audit ? state.error() : audit.error());
-        if (!audit)
-            return; // nothing is sent that could not be accounted for
-    } else if (const auto audit = m_audit.openInMemory(); !audit) {
-        Q_EMIT problemFound(audit.error());
+        m_audit.close();
+        m_state.close();
+        Q_EMIT problemFound(tr("%1; no commands are sent").arg(audit ? state.error() : audit.error()));
+        return;
     }
+    if (isProcess) {
+        Q_EMIT problemFound(tr("What operators do is not kept: no commands are sent"));
+        return;
+    }
+    if (const auto audit = m_audit.openInMemory(); !audit)
+        Q_EMIT problemFound(audit.error());
     if (const auto state = m_state.openInMemory(); !state)
         Q_EMIT problemFound(state.error());
 }

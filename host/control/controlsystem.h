@@ -12,6 +12,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include <tl/expected.hpp>
 
@@ -47,7 +48,8 @@ public:
 
     /// Begins, once every object was added and before the first sample.
     /// \param isKept whether what operators do is kept in the project's file; in memory otherwise
-    void start(bool isKept);
+    /// \param isProcess whether commands may reach a process: then nothing is sent that can't be accounted for in the file
+    void start(bool isKept, bool isProcess);
 
     AccountDatabase& accounts() { return m_accounts; }
     DatabaseManager& users() { return m_users; }
@@ -55,6 +57,9 @@ public:
     ControlPath& path() { return m_path; }
     OperatorChanges& changes() { return m_changes; }
     RuntimeManager& manager() { return m_manager; }
+
+    /// Looks up anew what the current user may, in case his account was changed. Done every few seconds by itself.
+    void refreshSession();
 
     /// Why the current user may not open a page with that access, for his eyes; nothing when he may.
     tl::expected<void, QString> mayOpen(const PageAccess& access) const;
@@ -65,7 +70,7 @@ Q_SIGNALS:
     void problemFound(const QString& text);
 
 private:
-    void openFiles(bool isKept);
+    void openFiles(bool isKept, bool isProcess);
     void connectRights();
 
     const Project& m_project;
@@ -77,4 +82,5 @@ private:
     ControlPath m_path;
     OperatorChanges m_changes;
     RuntimeManager m_manager;
+    QTimer m_refresh; ///< of the session
 };

@@ -7,6 +7,7 @@
 #include "scada/hub/korvanescadacoreinterface.h"
 
 #include <QLocale>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -68,14 +69,11 @@ void OperatorChanges::restoreObject(ObjectKey object, QStringList& problems)
     if (const auto limited = applyLimits(object); !limited) {
         problems.append(
             tr("%1: the limits that an operator changed are not in force: %2").arg(found->name, limited.error()));
-        for (const auto& [kind, member] : limitKinds)
-            forget(object, kind, problems);
     }
     if (const auto deadBand = m_state.find(object, Kind::DeadBand)) {
         if (const auto set = m_database.setHysteresis(object, deadBand->value.toDouble()); !set) {
             problems.append(
                 tr("%1: the dead band that an operator changed is not in force: %2").arg(found->name, set.error()));
-            forget(object, Kind::DeadBand, problems);
         }
     }
     if (m_state.find(object, Kind::ScanInhibited))
@@ -91,12 +89,6 @@ void OperatorChanges::restoreObject(ObjectKey object, QStringList& problems)
             m_database.resetStatistics(object, resetMs);
     }
     showMarks(object);
-}
-
-void OperatorChanges::forget(ObjectKey object, Kind kind, QStringList& problems)
-{
-    if (const Done removed = m_state.remove(object, kind); !removed)
-        problems.append(removed.error());
 }
 
 void OperatorChanges::renewSubstitutes()
@@ -260,17 +252,15 @@ OperatorChanges::Done OperatorChanges::setLimit(ObjectKey object, Limit limit, s
                                                 const ScadaOperationMessage& by)
 {
     RuntimeDatabase::Limits limits = m_database.limits(object);
-    const RuntimeDatabase::Limits before = limits;
     limits.*limitKinds[static_cast<std::size_t>(limit)].second = value.value_or(noLimit);
     if (value && !std::isfinite(*value))
         return tl::make_unexpected(tr("a limit must be a number"));
-    if (const auto set = m_database.setLimits(object, limits); !set)
-        return set;
-    const Done kept = keep(object, kindOf(limit), value ? textOf(*value) : QString(), by);
-    if (!kept && !m_database.setLimits(object, before))
-        return tl::make_unexpected(kept.error());
+    if (const auto checked = m_database.checkLimits(object, limits); !checked)
+        return checked;
+    if (const Done kept = keep(object, kindOf(limit), value ? textOf(*value) : QString(), by); !kept)
+        return kept;
     m_data.noteChanged(object);
-    return kept;
+    return m_database.setLimits(object, limits);
 }
 
 OperatorChanges::Done OperatorChanges::resetLimits(ObjectKey object)
@@ -290,14 +280,12 @@ OperatorChanges::Done OperatorChanges::resetLimits(ObjectKey object)
 
 OperatorChanges::Done OperatorChanges::setDeadBand(ObjectKey object, double deadBand, const ScadaOperationMessage& by)
 {
-    const double before = m_database.hysteresis(object);
-    if (const auto set = m_database.setHysteresis(object, deadBand); !set)
-        return set;
-    const Done kept = keep(object, Kind::DeadBand, textOf(deadBand), by);
-    if (!kept && !m_database.setHysteresis(object, before))
-        return tl::make_unexpected(kept.error());
+    if (object.type != ScadaObjectType::AnalogPoint || !std::isfinite(deadBand) || deadBand < 0)
+        return tl::make_unexpected(tr("a dead band is a number from 0 on, of an analog point"));
+    if (const Done kept = keep(object, Kind::DeadBand, textOf(deadBand), by); !kept)
+        return kept;
     m_data.noteChanged(object);
-    return kept;
+    return m_database.setHysteresis(object, deadBand);
 }
 
 OperatorChanges::Done OperatorChanges::resetStatistics(ObjectKey object, const ScadaOperationMessage& by)
@@ -314,10 +302,11 @@ OperatorChanges::Done OperatorChanges::resetStatistics(ObjectKey object, const S
 
 QList<ObjectKey> OperatorChanges::objectsMarked(qint32 mark) const
 {
-    QList<ObjectKey> candidates = m_state.objects() + m_alarms.manager().excludedObjects();
+    const QList<ObjectKey> candidates = m_state.objects() + m_alarms.manager().excludedObjects();
+    const QSet<ObjectKey> each(candidates.begin(), candidates.end());
     QList<ObjectKey> found;
-    for (const ObjectKey object : qAsConst(candidates)) {
-        if ((m_database.tagMarks(object) & mark) != 0 && !found.contains(object))
+    for (const ObjectKey object : each) {
+        if ((m_database.tagMarks(object) & mark) != 0)
             found.append(object);
     }
     return found;

@@ -39,7 +39,7 @@ public:
     ~OperatorChanges() override;
 
     /// Puts what the operating state holds in force, once every object was added and before the first sample.
-    /// \returns what could not be, a text each; it is forgotten.
+    /// \returns what could not be, a text each; it stays kept for a list of points that it fits again.
     QStringList restore();
 
     /// Values were forgotten: what stands in their place is entered anew.
@@ -70,7 +70,6 @@ private:
     void enterSubstitute(ObjectKey object, double value);
     Done applyLimits(ObjectKey object);
     void restoreObject(ObjectKey object, QStringList& problems);
-    void forget(ObjectKey object, Kind kind, QStringList& problems);
     QList<ObjectKey> pointsOf(ObjectKey unit) const;
 
     RuntimeDatabase& m_database;

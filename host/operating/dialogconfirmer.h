@@ -8,6 +8,7 @@
 #include <QWidget>
 
 class KorvaneCoreInterface;
+class QDialog;
 class RuntimeDatabase;
 class RuntimeManager;
 class AccountDatabase;
@@ -35,6 +36,8 @@ public:
     void askSecond(const ScadaOperationMessage& request) override;
 
 private:
+    QString commandOf(const ScadaOperationMessage& request) const;
+    void closeWith(const ScadaOperationMessage& request, QDialog& dialog) const;
     QString chooseSecond(const ScadaOperationMessage& request, const QString& command) const;
 
     Services m_services;

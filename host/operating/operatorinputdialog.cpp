@@ -108,6 +108,16 @@ void OperatorInputDialog::addNumber(QFormLayout& form, const RuntimeDatabase::Ob
     m_number->setMinimumWidth(fontMetrics().averageCharWidth() * 20);
     m_number->setValue(question.present.toDouble() / m_scale);
     m_number->selectAll();
+    // Where nothing is known, what stands there is not what anybody meant.
+    m_isNumberMeant = question.present.isValid();
+    connect(m_number->findChild<QLineEdit*>(), &QLineEdit::textEdited, this, [this] {
+        m_isNumberMeant = true;
+        enableOk();
+    });
+    connect(m_number, qOverload<double>(&QDoubleSpinBox::valueChanged), this, [this] {
+        m_isNumberMeant = true;
+        enableOk();
+    });
     form.addRow(tr("&Value:"), m_number);
     if (std::abs(number.minValue) < farthest && std::abs(number.maxValue) < farthest) {
         form.addRow(tr("Limits:"), new QLabel(tr("%1 to %2", "limits of a number")
@@ -133,7 +143,7 @@ void OperatorInputDialog::enableOk()
     if (!m_buttons)
         return;
     const bool hasReason = !m_isReasonNeeded || !reason().isEmpty();
-    const bool hasValue = !m_choice || m_choice->currentIndex() >= 0;
+    const bool hasValue = m_choice ? m_choice->currentIndex() >= 0 : !m_number || m_isNumberMeant;
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(hasReason && hasValue);
 }
 

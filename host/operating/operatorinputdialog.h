@@ -53,4 +53,5 @@ private:
     QDialogButtonBox* m_buttons = nullptr;
     double m_scale = 1; ///< from what is shown to what is sent
     bool m_isReasonNeeded = false;
+    bool m_isNumberMeant = false; ///< the number is the present one, or the operator's
 };

@@ -17,6 +17,8 @@
 #include <QPointer>
 #include <QShortcut>
 
+#include <algorithm>
+
 namespace {
 
 using Kind = Operation::Kind;
@@ -41,9 +43,16 @@ ScadaOperationMessage::Operation operationOf(Kind kind)
     return Named::Operate;
 }
 
-bool isSwitchedOff(const Shape& shape)
+/// A shape that can't be seen or pushed has no key either.
+bool canBePushed(const Shape& shape, const Canvas& canvas)
 {
-    return shape.namedProperty(QStringLiteral("Enabled")) == QVariant(false);
+    const auto isOnIt = [&shape](const auto& each) { return each.get() == &shape; };
+    for (const auto& layer : canvas.layers()) {
+        const auto& shapes = layer->shapes();
+        if (!layer->isVisible() && std::any_of(shapes.begin(), shapes.end(), isOnIt))
+            return false;
+    }
+    return shape.isVisible() && shape.namedProperty(QStringLiteral("Enabled")) != QVariant(false);
 }
 
 bool isWrittenInto(const Shape& shape)
@@ -67,7 +76,8 @@ PageOperations::PageOperations(CanvasView& view, const Page& page, const Service
     : QObject(&view), m_view(view), m_page(page), m_services(services)
 {
     connect(&view, &CanvasView::clicked, this, [this](Shape* shape) {
-        if (shape && !isWrittenInto(*shape))
+        const bool isOperating = !m_services.isOperating || m_services.isOperating();
+        if (shape && isOperating && !isWrittenInto(*shape))
             push(*shape);
     });
     connect(page.canvas.get(), &Canvas::acted, this,
@@ -86,6 +96,7 @@ void PageOperations::connectKeys()
             continue;
         auto* shortcut = new QShortcut(QKeySequence(operation.key, QKeySequence::PortableText), &m_view);
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        shortcut->setAutoRepeat(false); // a key that sticks gives one command
         connect(shortcut, &QShortcut::activated, this, [this, pushed = shape] { push(*pushed); });
     }
 }
@@ -101,7 +112,7 @@ ObjectKey PageOperations::objectOf(const Operation& operation) const
 void PageOperations::push(const Shape& shape)
 {
     const Operation* operation = m_page.operations.of(&shape);
-    if (operation && !isSwitchedOff(shape))
+    if (operation && canBePushed(shape, *m_page.canvas))
         request(*operation, operation->value);
 }
 

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QVariantList>
 
+#include <functional>
 #include <optional>
 
 class CanvasView;
@@ -31,6 +32,8 @@ public:
     {
         RuntimeManager& manager;
         const RuntimeDatabase& database;
+        /// Whether clicks are for the plant now; always unless set.
+        std::function<bool()> isOperating = {};
     };
 
     /// \param view of the page; its parent too

@@ -136,12 +136,20 @@ void DataService::release(ObjectKey object)
         return;
     const std::optional<Sample> newest = held->newest;
     m_held.erase(held);
-    if (!newest)
+    if (!newest || isTooOld(*newest))
         return;
     // What was entered meanwhile is younger than what was held back, and would have it ignored.
     Sample sample = *newest;
     sample.timeMs = std::max(sample.timeMs, nowMs());
     takeAsNewest(sample);
+}
+
+// What would have gone stale by now says nothing of the process; what its source has lost was forgotten with that.
+bool DataService::isTooOld(const Sample& sample) const
+{
+    const RuntimeDatabase::Object* object = m_database.object(sample.object);
+    const qint64 staleAfterMs = object ? object->staleAfter.count() : 0;
+    return staleAfterMs > 0 && sample.timeMs + staleAfterMs <= nowMs();
 }
 
 // A source's clock may run before the system's.
@@ -181,6 +189,8 @@ void DataService::heedSource(ValueSource& source)
     if (hasFailed)
         Q_EMIT problemFound(QStringLiteral("%1: %2").arg(source.description(), source.failure()));
     for (const ObjectKey object : source.objects()) {
+        if (const auto held = m_held.find(object); hasFailed && held != m_held.end())
+            held->newest.reset();
         if (!m_database.setCommunicationFailed(object, hasFailed, nowMs()))
             continue;
         noteChanged(object);

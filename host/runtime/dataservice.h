@@ -70,7 +70,8 @@ public:
     /// The source that delivers \p object, the first of them; null for none.
     ValueSource* sourceOf(ObjectKey object) const;
 
-    /// Holds the samples of \p object back, or takes them again, beginning with the newest that was held back. Each
+    /// Holds the samples of \p object back, or takes them again, beginning with the newest that was held back unless it
+    /// is stale by then or its source has failed. Each
     /// hold must be ended by who began it: an object that is held for two reasons stays held until both are gone.
     void hold(ObjectKey object);
     void release(ObjectKey object);
@@ -135,6 +136,7 @@ private:
     void take(const std::vector<Sample>& samples);
     void takeAsNewest(Sample sample);
     void tellChanged();
+    bool isTooOld(const Sample& sample) const;
     void heedSource(ValueSource& source);
     void tellOnce(const QString& problem);
     void send();

@@ -307,13 +307,18 @@ void LiveSystem::startAlarms()
 void LiveSystem::startControl(bool isKept)
 {
     connect(&m_control, &ControlSystem::problemFound, this, &LiveSystem::addProblem);
-    m_control.start(isKept);
+    const auto& sources = m_dataService.sources();
+    const bool isSimulated = std::any_of(sources.begin(), sources.end(), [](const auto& source) {
+        return qobject_cast<const SimulationSource*>(source.get()) != nullptr;
+    });
+    const std::vector<ObjectKey> points = m_database.objects(Korvane::ScadaObjectType::Point);
+    const bool isCommanded = std::any_of(points.begin(), points.end(), [this](ObjectKey point) {
+        return m_database.object(point)->control.isControllable() && m_dataService.commandSource(point);
+    });
+    m_control.start(isKept, isCommanded && !isSimulated && !m_replay);
     heedSessions();
     RuntimeManager& manager = m_control.manager();
-    const auto& sources = m_dataService.sources();
-    manager.setSimulated(std::any_of(sources.begin(), sources.end(), [](const auto& source) {
-        return qobject_cast<const SimulationSource*>(source.get()) != nullptr;
-    }));
+    manager.setSimulated(isSimulated);
     if (!m_replay)
         return;
     manager.setReplay({[this] { return m_replay->isPaused() ? 0 : m_replay->speed(); },

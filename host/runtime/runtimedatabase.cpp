@@ -52,6 +52,7 @@ QVariant limit(double value)
     return std::isnan(value) ? QVariant() : QVariant(value);
 }
 
+const QString noLimits = QStringLiteral("only an analog point has limits");
 constexpr quint8 stateLayout = 2; // 1 did not say since when statistics run
 constexpr qint64 never = std::numeric_limits<qint64>::min();
 constexpr qint64 neverSampled = std::numeric_limits<qint64>::min();
@@ -401,7 +402,7 @@ tl::expected<RuntimeDatabase::Present*, QString> RuntimeDatabase::findAnalog(Obj
 {
     Present* present = findPresent(key);
     if (!present || !present->isAnalog)
-        return tl::make_unexpected(QStringLiteral("only an analog point has limits"));
+        return tl::make_unexpected(noLimits);
     return present;
 }
 
@@ -418,11 +419,11 @@ void RuntimeDatabase::judgeAnew(Present& present)
         tellMarks(present, before, present.quality, std::max(present.timeMs, now()));
 }
 
-tl::expected<void, QString> RuntimeDatabase::setLimits(ObjectKey key, const Limits& limits)
+tl::expected<void, QString> RuntimeDatabase::checkLimits(ObjectKey key, const Limits& limits) const
 {
-    const auto present = findAnalog(key);
-    if (!present)
-        return tl::make_unexpected(present.error());
+    const Present* present = findPresent(key);
+    if (!present || !present->isAnalog)
+        return tl::make_unexpected(noLimits);
     const auto isInOrder = [](double lower, double upper, bool mayBeEqual) {
         return std::isnan(lower) || std::isnan(upper) || lower < upper || (mayBeEqual && lower == upper);
     };
@@ -434,7 +435,14 @@ tl::expected<void, QString> RuntimeDatabase::setLimits(ObjectKey key, const Limi
         !isInOrder(limits.low, limits.highHigh, false) || !isInOrder(limits.lowLow, limits.highHigh, false))
         return tl::make_unexpected(
             QStringLiteral("limits must lie in their order: low low, low below high, high high"));
-    Present& changed = **present;
+    return {};
+}
+
+tl::expected<void, QString> RuntimeDatabase::setLimits(ObjectKey key, const Limits& limits)
+{
+    if (const auto checked = checkLimits(key, limits); !checked)
+        return checked;
+    Present& changed = *findPresent(key);
     changed.lowLow = limits.lowLow;
     changed.low = limits.low;
     changed.high = limits.high;

@@ -168,6 +168,8 @@ public:
 
     /// The limits in force: the point list's until setLimits().
     Limits limits(ObjectKey key) const;
+    /// Why an object can't have these limits; nothing when it can.
+    [[nodiscard]] tl::expected<void, QString> checkLimits(ObjectKey key, const Limits& limits) const;
     /// Puts other limits in force and judges the present value by them.
     /// \returns why they are refused: no analog point, or not in their order.
     [[nodiscard]] tl::expected<void, QString> setLimits(ObjectKey key, const Limits& limits);

@@ -100,6 +100,10 @@ const StoreLoader::Run* StoreLoader::runOf(qint64 row) const
 
 void StoreLoader::endRun(quint64 object, const Run* run)
 {
+    // What was entered by hand holds until something else is entered.
+    const RuntimeDatabase::Object* found = m_database.object(keyOfStored(object));
+    if (found && found->control.kind == ControlSetting::Kind::Manual)
+        return;
     // Without its run, nothing says how long the value held: not at all, then.
     m_database.interrupt(keyOfStored(object), run ? run->lastTickMs : std::numeric_limits<qint64>::min());
 }

@@ -9,6 +9,7 @@
 #include "host/shapes/inputfield.h"
 #include "scada/widgets/controlconfirm.h"
 #include "scada/widgets/userconfirmdialog.h"
+#include "tests/support/offscreenwarnings.h"
 #include "tests/support/operatedproject.h"
 #include "tests/support/ownsettings.h"
 
@@ -24,6 +25,8 @@
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTableWidget>
+
+Q_DECLARE_METATYPE(Page*)
 
 namespace {
 
@@ -116,6 +119,12 @@ class tst_OperatorStation : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        dropOffscreenWarnings();
+        qRegisterMetaType<Page*>();
+    }
+
     void nobodySeesAPageBeforeHeLoggedOn()
     {
         const Station station;
@@ -303,11 +312,14 @@ private Q_SLOTS:
         station.openPage();
         QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::AnalogPoint, 200010}).isValid());
         auto* field = dynamic_cast<InputField*>(station.view().canvas().findShape(text("inlet_valve_setpoint")));
-        field->beginEditing();
-        field->enter(text("101"));
+        const auto enter = [field](const QString& typed) {
+            field->beginEditing();
+            field->write(typed);
+            field->enter(typed);
+        };
+        enter(text("101"));
         QCOMPARE(station.manager().pendingRequests().size(), 0); // beyond the field's own limits
-        field->beginEditing();
-        field->enter(text("97"));
+        enter(text("97"));
         QTRY_COMPARE_WITH_TIMEOUT(station.ended.size(), 1, 20000);
         QCOMPARE(station.ended.constLast().operation, ScadaOperationMessage::Operation::SetPoint);
         QCOMPARE(station.ended.constLast().value, QVariant(97.0));
@@ -370,7 +382,7 @@ private Q_SLOTS:
         QVERIFY(operations);
         QCOMPARE(operations->item(0, 2)->text().left(25), text("Position of the inlet val"));
         for (QAction* action : station.window->actions()) {
-            if (action->shortcut() == QKeySequence(Qt::Key_F6))
+            if (action->shortcut() == QKeySequence(Qt::Key_F8))
                 action->trigger();
         }
         bool isThere = false;

@@ -23,6 +23,8 @@ public:
     explicit OperatedProject(bool isSecured = true)
     {
         const QString demo = QStringLiteral(KORVANE_SOURCE_DIR "/demo/water-loop");
+        if (!QDir().mkpath(m_files.path(QStringLiteral("plant/pages"))))
+            qFatal("no folder for pages");
         for (const char* name : {"points.csv", "pages/operating.pws", "pages/overview.pws", "pages/alarms.pws"})
             m_files.write(QStringLiteral("plant/") + QLatin1String(name), contents(demo, name));
         QByteArray project = contents(demo, "project.json");
