@@ -10,6 +10,7 @@
 
 #include <QDialog>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTextDocument>
 
@@ -41,6 +42,7 @@ bool DialogConfirmer::confirm(const ScadaOperationMessage& request)
     ControlConfirm dialog(m_window, &m_services.core, commandOf(request));
     dialog.adjustSize(); // the command has to be read as a whole
     closeWith(request, dialog);
+    dialog.findChild<QLineEdit*>(QStringLiteral("password"))->setFocus(); // it waits for nothing else
     return dialog.exec() == QDialog::Accepted;
 }
 

@@ -5,10 +5,12 @@
 #include "apps/runtime/runtimewindow.h"
 #include "host/accountview/logondialog.h"
 #include "scada/widgets/controlconfirm.h"
+#include "tests/support/indialog.h"
 #include "tests/support/operatedproject.h"
 #include "tests/support/ownsettings.h"
 
 #include <QLineEdit>
+#include <QLoggingCategory>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTabWidget>
@@ -22,28 +24,24 @@ QString text(const char* utf8)
     return QString::fromUtf8(utf8);
 }
 
-/// Has the X server act as if the user did, and returns when xdotool has.
+/// Has the X server act as if the user did, without waiting for its end: what he does is worked on meanwhile.
 void act(const QStringList& arguments)
 {
-    QProcess process;
-    process.start(text("xdotool"), arguments);
-    QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, 20000);
-    QCOMPARE(process.exitCode(), 0);
+    QProcess::startDetached(text("xdotool"), arguments);
 }
 
-template <typename Window>
-Window* modalWindow()
+void typeInto(QLineEdit* edit, const QString& typed, const char* lastKey)
 {
-    return qobject_cast<Window*>(QApplication::activeModalWidget());
-}
-
-/// Types into the window in front once it is that and \p edit has the keyboard.
-void type(QLineEdit* edit, const QString& typed, const char* lastKey)
-{
-    QTRY_VERIFY(edit->hasFocus());
+    edit->setFocus();
     act({text("type"), typed});
-    QTRY_COMPARE(edit->text(), typed);
-    act({text("key"), text(lastKey)});
+    auto* wait = new QTimer(edit);
+    QObject::connect(wait, &QTimer::timeout, wait, [wait, edit, typed, lastKey] {
+        if (edit->text() != typed)
+            return;
+        wait->stop();
+        act({text("key"), text(lastKey)});
+    });
+    wait->start(5);
 }
 
 } // namespace
@@ -53,7 +51,12 @@ class tst_OperatingOnX11 : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QCOMPARE(QGuiApplication::platformName(), text("xcb")); }
+    void initTestCase()
+    {
+        // A dialog that is gone may still be asked for where it lies, which Qt's plugin says in passing.
+        QLoggingCategory::setFilterRules(text("qt.qpa.xcb.warning=false"));
+        QCOMPARE(QGuiApplication::platformName(), text("xcb"));
+    }
 
     void aUserLogsOnOperatesAndConfirms()
     {
@@ -73,8 +76,7 @@ private Q_SLOTS:
         QTRY_COMPARE(QApplication::activeWindow(), &window);
         system->start();
 
-        // The dialogs turn event loops of their own: what works with them runs from timers.
-        QTimer::singleShot(0, this, [this, &window] { logOn(window); });
+        logOn();
         window.beginSession(text("operating"));
         auto* tabs = window.findChild<QTabWidget*>(text("pages"));
         QTRY_COMPARE(tabs->count(), 1);
@@ -84,13 +86,14 @@ private Q_SLOTS:
         click(*view, "select_pump");
         QTRY_COMPARE(ended.size(), 1);
         QCOMPARE(ended.constLast().outcome, Outcome::Done);
-        QTimer::singleShot(0, this, [this] { confirm(); });
+        confirm();
         click(*view, "stop_pump");
         QTRY_COMPARE_WITH_TIMEOUT(ended.size(), 2, 30000);
         QCOMPARE(ended.constLast().outcome, Outcome::Done);
         QCOMPARE(ended.constLast().user, text("otto"));
         QCOMPARE(system->control().manager().value({Korvane::ScadaObjectType::DigitalPoint, 100001}), QVariant(0));
         QVERIFY(m_isWarned);
+        QVERIFY(m_hasFocus);
     }
 
 private:
@@ -100,37 +103,44 @@ private:
         act({text("mousemove"), QString::number(place.x()), QString::number(place.y()), text("click"), text("1")});
     }
 
-    void logOn(const RuntimeWindow&)
+    // The dialogs turn event loops of their own, from which they are worked with.
+    static void logOn()
     {
-        QTRY_VERIFY(modalWindow<LogOnDialog>());
-        LogOnDialog* dialog = modalWindow<LogOnDialog>();
-        QTRY_COMPARE(QApplication::activeWindow(), dialog);
-        type(dialog->findChild<QLineEdit*>(text("userEdit")), text("otto"), "Tab");
-        type(dialog->findChild<QLineEdit*>(text("passwordEdit")), OperatedProject::password(text("otto")), "Return");
+        inDialog<LogOnDialog>([](LogOnDialog& dialog) {
+            auto* password = dialog.findChild<QLineEdit*>(text("passwordEdit"));
+            auto* wait = new QTimer(&dialog);
+            connect(wait, &QTimer::timeout, wait, [wait, password] {
+                if (!password->hasFocus())
+                    return;
+                wait->stop();
+                typeInto(password, OperatedProject::password(text("otto")), "Return");
+            });
+            wait->start(5);
+            typeInto(dialog.findChild<QLineEdit*>(text("userEdit")), text("otto"), "Tab");
+        });
     }
 
     /// With a wrong password first, which is said in a box.
     void confirm()
     {
-        QTRY_VERIFY_WITH_TIMEOUT(modalWindow<ControlConfirm>(), 20000);
-        ControlConfirm* dialog = modalWindow<ControlConfirm>();
-        QTRY_COMPARE(QApplication::activeWindow(), dialog);
-        auto* password = dialog->findChild<QLineEdit*>(text("password"));
-        password->setFocus();
-        QTimer::singleShot(0, this, [this, dialog, password] {
-            QTRY_VERIFY(modalWindow<QMessageBox>());
-            m_isWarned = modalWindow<QMessageBox>()->text() == text("Invaild Password");
-            QTRY_COMPARE(QApplication::activeWindow(), modalWindow<QMessageBox>());
-            act({text("key"), text("Return")});
-            QTRY_COMPARE(QApplication::activeWindow(), dialog);
-            password->clear();
-            type(password, OperatedProject::password(text("otto")), "Return");
+        inDialog<ControlConfirm>([this](ControlConfirm& dialog) {
+            auto* password = dialog.findChild<QLineEdit*>(text("password"));
+            m_hasFocus = password->hasFocus();
+            inDialog<QMessageBox>([this, password](QMessageBox& box) {
+                m_isWarned = box.text() == text("Invaild Password");
+                act({text("key"), text("Return")});
+                inDialog<ControlConfirm>([password](ControlConfirm&) {
+                    password->clear();
+                    typeInto(password, OperatedProject::password(text("otto")), "Return");
+                });
+            });
+            typeInto(password, text("wrong"), "Return");
         });
-        type(password, text("wrong"), "Return");
     }
 
     OwnSettings m_settings;
     bool m_isWarned = false;
+    bool m_hasFocus = false; ///< the password's field, when the dialog came up
 };
 
 QTEST_MAIN(tst_OperatingOnX11)

@@ -9,6 +9,7 @@
 #include "host/shapes/inputfield.h"
 #include "scada/widgets/controlconfirm.h"
 #include "scada/widgets/userconfirmdialog.h"
+#include "tests/support/indialog.h"
 #include "tests/support/offscreenwarnings.h"
 #include "tests/support/operatedproject.h"
 #include "tests/support/ownsettings.h"
@@ -81,22 +82,6 @@ public:
     std::unique_ptr<RuntimeWindow> window;
     QList<ScadaOperationMessage> ended;
 };
-
-/// Once a dialog of that class is up, works with it.
-template <typename Dialog, typename Work>
-void inDialog(Work work)
-{
-    auto* wait = new QTimer(QCoreApplication::instance());
-    QObject::connect(wait, &QTimer::timeout, wait, [wait, work] {
-        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        wait->deleteLater();
-        wait->stop();
-        work(*dialog);
-    });
-    wait->start(5);
-}
 
 void pressOk(QDialog& dialog)
 {

@@ -368,7 +368,7 @@ private Q_SLOTS:
         QCOMPARE(plant.valueOf(level), QVariant(70.0));
     }
 
-    void whatNoLongerFitsIsSaidAndForgotten()
+    void whatNoLongerFitsIsSaidAndWaits()
     {
         TemporaryFiles files;
         const QString folder = files.path(QString());
@@ -386,8 +386,9 @@ private Q_SLOTS:
             QVERIFY2(plant.problems[0].startsWith(text("LEVEL: ")), qPrintable(plant.problems[0]));
             QCOMPARE(plant.database.limits(level).low, 10.0);
         }
-        OperatedPlant plant({false, folder, lowerHigh});
+        OperatedPlant plant({false, folder, {}}); // it fits again
         QCOMPARE(plant.problems, QStringList());
+        QCOMPARE(plant.database.limits(level).low, 70.0);
     }
 
     void objectsThatAreGoneWaitForTheirReturn()

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QApplication>
+#include <QTimer>
+
+/// Once a modal window of that class is in front, works with it from within its own event loop.
+template <typename Window, typename Work>
+void inDialog(Work work)
+{
+    auto* wait = new QTimer(QCoreApplication::instance());
+    QObject::connect(wait, &QTimer::timeout, wait, [wait, work] {
+        auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
+        if (!window || QApplication::activeWindow() != window)
+            return;
+        wait->stop();
+        wait->deleteLater();
+        work(*window);
+    });
+    wait->start(5);
+}
