@@ -1123,6 +1123,14 @@
         <source>%1 may not open this page.</source>
         <translation>%1은(는) 이 페이지를 열 수 없습니다.</translation>
     </message>
+    <message>
+        <source>%1; no commands are sent</source>
+        <translation>%1; 명령을 보내지 않습니다</translation>
+    </message>
+    <message>
+        <source>What operators do is not kept: no commands are sent</source>
+        <translation>운전원의 조작이 보관되지 않으므로 명령을 보내지 않습니다</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseManager</name>
@@ -1292,6 +1300,14 @@ Who confirms this command besides %2?</source>
         <translation>%1
 
 이 명령을 %2 외에 누가 승인합니까?</translation>
+    </message>
+    <message>
+        <source>%1
+
+No other user may confirm this command.</source>
+        <translation>%1
+
+이 명령을 승인할 수 있는 다른 사용자가 없습니다.</translation>
     </message>
 </context>
 <context>
@@ -2261,6 +2277,10 @@ Who confirms this command besides %2?</source>
         <source>this object has no statistics so far</source>
         <translation>이 객체에는 아직 통계가 없습니다</translation>
     </message>
+    <message>
+        <source>a dead band is a number from 0 on, of an analog point</source>
+        <translation>데드밴드는 아날로그 포인트의 0 이상인 숫자여야 합니다</translation>
+    </message>
 </context>
 <context>
     <name>OperatorInputDialog</name>
@@ -2297,10 +2317,6 @@ Who confirms this command besides %2?</source>
         <translation>로그인(&amp;L)...</translation>
     </message>
     <message>
-        <source>Log &amp;off</source>
-        <translation>로그아웃(&amp;O)</translation>
-    </message>
-    <message>
         <source>Change &amp;password...</source>
         <translation>비밀번호 변경(&amp;P)...</translation>
     </message>
@@ -2324,6 +2340,10 @@ Who confirms this command besides %2?</source>
     <message>
         <source>Nobody is logged on</source>
         <translation>로그인한 사용자 없음</translation>
+    </message>
+    <message>
+        <source>Log o&amp;ff</source>
+        <translation>로그아웃(&amp;F)</translation>
     </message>
 </context>
 <context>

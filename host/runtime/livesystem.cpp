@@ -373,8 +373,10 @@ void LiveSystem::heedSessions()
 QString LiveSystem::sourceDescription() const
 {
     QStringList descriptions;
-    for (const auto& source : m_dataService.sources())
-        descriptions.append(source->description());
+    for (const auto& source : m_dataService.sources()) {
+        if (source->canFail()) // what is entered by hand goes without saying
+            descriptions.append(source->description());
+    }
     return descriptions.join(QStringLiteral(", "));
 }
 

@@ -143,9 +143,9 @@ private Q_SLOTS:
     {
         const Runtime runtime;
         QCOMPARE(runtime.entries(QStringLiteral("Page")),
-                 QStringList({QStringLiteral("alarms"), QStringLiteral("overview"), QStringLiteral("statistics"),
-                              QString(), QStringLiteral("Run this project's scripts..."), QStringLiteral("Close"),
-                              QStringLiteral("Quit")}));
+                 QStringList({QStringLiteral("alarms"), QStringLiteral("operating"), QStringLiteral("overview"),
+                              QStringLiteral("statistics"), QString(), QStringLiteral("Run this project's scripts..."),
+                              QStringLiteral("Close"), QStringLiteral("Quit")}));
         runtime.action(QStringLiteral("Page"), QStringLiteral("statistics")).trigger();
         QCOMPARE(runtime.tabs().count(), 2);
         QCOMPARE(runtime.tabs().currentIndex(), 1);

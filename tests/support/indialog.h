@@ -10,7 +10,9 @@ void inDialog(Work work)
     auto* wait = new QTimer(QCoreApplication::instance());
     QObject::connect(wait, &QTimer::timeout, wait, [wait, work] {
         auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
-        if (!window || QApplication::activeWindow() != window)
+        // Off screen nobody gives a window the keyboard back.
+        const bool isManaged = QGuiApplication::platformName() == QLatin1String("xcb");
+        if (!window || (isManaged && QApplication::activeWindow() != window))
             return;
         wait->stop();
         wait->deleteLater();
