@@ -2,9 +2,9 @@
 
 #include "host/checking/operationcheck.h"
 #include "host/checking/tagcheck.h"
+#include "host/control/interlock.h"
 #include "host/core/project.h"
 #include "host/projectfiles/csvtext.h"
-#include "host/control/interlock.h"
 #include "host/projectfiles/interlocktags.h"
 #include "platform/data/datalinkinfo.h"
 
