@@ -74,7 +74,7 @@ int perform(const OpenedProject& opened, const ObjectRename& rename)
     const QString title =
         QStringLiteral("rename of \"%1\" to \"%2\"").arg(prefix + rename.before, prefix + rename.after);
     if (const auto done = (*changes)->commit(title); !done)
-        return failed(QStringLiteral("nothing was changed: %1").arg(done.error()));
+        return failed(done.error());
     for (const QString& note : result->notes)
         Output::print(QStringLiteral("note: %1\n").arg(note));
     Output::print(QStringLiteral("%1: %2\n").arg(title, countText(*result)));

@@ -46,7 +46,7 @@ int list(const AccountDatabase& accounts)
 /// Asked for twice, since it does not show.
 tl::expected<QString, QString> newPassword(const QString& name)
 {
-    const auto password = promptForPassword(QStringLiteral("Password of %1: ").arg(name));
+    auto password = promptForPassword(QStringLiteral("Password of %1: ").arg(name));
     if (!password)
         return password;
     const auto again = promptForPassword(QStringLiteral("The same again: "));

@@ -23,7 +23,7 @@ public:
     }
     QString neededText(const char* name)
     {
-        const QString read = text(name);
+        QString read = text(name);
         if (read.isEmpty())
             refuse(name, QStringLiteral("is missing"));
         return read;

@@ -129,7 +129,7 @@ tl::expected<QSet<qint32>, QString> AccountTables::locked() const
 
 tl::expected<AccountDatabase::Secret, QString> AccountTables::secret(const QString& name) const
 {
-    const AccountDatabase::Secret nobody{PasswordHash::ofNobody()};
+    AccountDatabase::Secret nobody{PasswordHash::ofNobody()};
     if (!isGoodName(name))
         return nobody;
     return run("SELECT P.HASH, P.LOCKED FROM SYSTEM_USER_ACCOUNT A JOIN SYSTEM_USER_PASSWORD P ON A.NUMBER = P.NUMBER "

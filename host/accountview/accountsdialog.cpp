@@ -24,6 +24,8 @@ AccountsDialog::AccountsDialog(AccountDatabase& accounts, DatabaseManager& manag
     : QDialog(parent), m_form(std::make_unique<Ui::AccountsDialog>()), m_accounts(accounts), m_manager(manager)
 {
     m_form->setupUi(this);
+    m_form->accountTable->setColumnCount(State + 1);
+    m_form->accountTable->setHorizontalHeaderLabels({tr("No."), tr("Name"), tr("Role"), tr("Areas"), tr("State")});
     QHeaderView* header = m_form->accountTable->horizontalHeader();
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     header->setSectionResizeMode(Areas, QHeaderView::Stretch);

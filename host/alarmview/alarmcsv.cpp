@@ -21,7 +21,7 @@ tl::expected<void, QString> AlarmCsv::write(const QString& fileName, const QAbst
                                             const QVector<int>& columns)
 {
     CsvWriter file(fileName);
-    if (const auto opened = file.open(); !opened)
+    if (auto opened = file.open(); !opened)
         return opened;
     file.write(valuesOf(columns, [&](int column) { return model.headerData(column, Qt::Horizontal); }));
     for (int row = 0; row < model.rowCount(); ++row)

@@ -6,7 +6,7 @@
 
 namespace {
 
-std::optional<QSet<int>> numbersIn(QSqlDatabase database)
+std::optional<QSet<int>> numbersIn(const QSqlDatabase& database)
 {
     QSqlQuery query(database);
     if (!query.exec(QStringLiteral("SELECT NUMBER FROM SYSTEM_USER_ACCOUNT")))

@@ -137,7 +137,7 @@ tl::expected<void, QString> AuditLog::prepare()
     QSqlDatabase database = QSqlDatabase::database(m_connection, false);
     QStringList statements = {QStringLiteral("PRAGMA journal_mode = WAL"), QStringLiteral("PRAGMA synchronous = FULL")};
     for (const QString& statement : statements + schema()) {
-        if (const auto done = execute(database, statement); !done)
+        if (auto done = execute(database, statement); !done)
             return done;
     }
     return {};

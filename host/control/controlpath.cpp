@@ -35,7 +35,7 @@ ControlPath::Clock machineClock()
 QString machineUser()
 {
     for (const char* variable : {"USER", "USERNAME"}) {
-        if (const QString user = qEnvironmentVariable(variable); !user.isEmpty())
+        if (QString user = qEnvironmentVariable(variable); !user.isEmpty())
             return user;
     }
     return QDir::home().dirName(); // a selection without anybody's name would be nobody's

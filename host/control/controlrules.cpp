@@ -50,7 +50,7 @@ tl::expected<double, Refusal> ControlRules::check(const ControlOrder& order, con
         return tl::make_unexpected(selected.error());
     if (setting.isReasonNeeded && order.reason.trimmed().isEmpty())
         return refused(Outcome::NotConfirmed, tr("this command needs a reason"));
-    const auto value = order.operation == Operation::Select ? tl::expected<double, Refusal>(0) : valueOf(order);
+    auto value = order.operation == Operation::Select ? tl::expected<double, Refusal>(0) : valueOf(order);
     if (!value)
         return value;
     if (const auto interlocked = checkInterlock(setting); !interlocked)

@@ -48,7 +48,7 @@ tl::expected<void, QString> OperatingState::prepare()
           "CREATE TABLE IF NOT EXISTS operating_state (object_type INTEGER NOT NULL, object_id INTEGER NOT NULL, "
           "kind INTEGER NOT NULL, value TEXT NOT NULL, user TEXT NOT NULL, reason TEXT NOT NULL, "
           "time_ms INTEGER NOT NULL, PRIMARY KEY (object_type, object_id, kind))"}) {
-        if (const auto executed = execute(database, QLatin1String(statement)); !executed)
+        if (auto executed = execute(database, QLatin1String(statement)); !executed)
             return executed;
     }
     return {};

@@ -107,7 +107,7 @@ OperatorChanges::Done OperatorChanges::keep(ObjectKey object, Kind kind, const Q
 
 OperatorChanges::Done OperatorChanges::setFlag(ObjectKey object, Kind kind, bool isSet, const ScadaOperationMessage& by)
 {
-    const Done kept = isSet ? keep(object, kind, {}, by) : m_state.remove(object, kind);
+    Done kept = isSet ? keep(object, kind, {}, by) : m_state.remove(object, kind);
     if (kept)
         showMarks(object);
     return kept;
@@ -149,7 +149,7 @@ OperatorChanges::Done OperatorChanges::setScanInhibited(ObjectKey object, bool i
     if (m_state.find(object, Kind::ScanInhibited).has_value() == inhibited)
         return tl::make_unexpected(inhibited ? tr("this object is not scanned already")
                                              : tr("this object is scanned already"));
-    const Done kept = setFlag(object, Kind::ScanInhibited, inhibited, by);
+    Done kept = setFlag(object, Kind::ScanInhibited, inhibited, by);
     if (kept)
         holdBack(object, inhibited);
     return kept;
@@ -185,7 +185,7 @@ QList<ObjectKey> OperatorChanges::pointsOf(ObjectKey unit) const
 OperatorChanges::Done OperatorChanges::setInformationTag(ObjectKey object, const QString& text,
                                                          const ScadaOperationMessage& by)
 {
-    const Done kept =
+    Done kept =
         text.isEmpty() ? m_state.remove(object, Kind::InformationTag) : keep(object, Kind::InformationTag, text, by);
     if (kept)
         showMarks(object);
@@ -201,7 +201,7 @@ OperatorChanges::Done OperatorChanges::substitute(ObjectKey object, double value
     if (!std::isfinite(value) || (!isAnalog && !isState))
         return tl::make_unexpected(tr("the value does not fit the point"));
     const bool wasSubstituted = m_state.find(object, Kind::Substitution).has_value();
-    const Done kept = keep(object, Kind::Substitution, textOf(value), by);
+    Done kept = keep(object, Kind::Substitution, textOf(value), by);
     if (!kept)
         return kept;
     if (!wasSubstituted)
@@ -220,7 +220,7 @@ OperatorChanges::Done OperatorChanges::endSubstitution(ObjectKey object)
 {
     if (!m_state.find(object, Kind::Substitution))
         return tl::make_unexpected(tr("this value is not substituted"));
-    const Done removed = m_state.remove(object, Kind::Substitution);
+    Done removed = m_state.remove(object, Kind::Substitution);
     if (!removed)
         return removed;
     m_database.setHeldByHand(object, false);
@@ -255,9 +255,9 @@ OperatorChanges::Done OperatorChanges::setLimit(ObjectKey object, Limit limit, s
     limits.*limitKinds[static_cast<std::size_t>(limit)].second = value.value_or(noLimit);
     if (value && !std::isfinite(*value))
         return tl::make_unexpected(tr("a limit must be a number"));
-    if (const auto checked = m_database.checkLimits(object, limits); !checked)
+    if (auto checked = m_database.checkLimits(object, limits); !checked)
         return checked;
-    if (const Done kept = keep(object, kindOf(limit), value ? textOf(*value) : QString(), by); !kept)
+    if (Done kept = keep(object, kindOf(limit), value ? textOf(*value) : QString(), by); !kept)
         return kept;
     m_data.noteChanged(object);
     return m_database.setLimits(object, limits);
@@ -266,14 +266,14 @@ OperatorChanges::Done OperatorChanges::setLimit(ObjectKey object, Limit limit, s
 OperatorChanges::Done OperatorChanges::resetLimits(ObjectKey object)
 {
     for (const auto& [kind, member] : limitKinds) {
-        if (const Done removed = m_state.remove(object, kind); !removed)
+        if (Done removed = m_state.remove(object, kind); !removed)
             return removed;
     }
-    if (const Done removed = m_state.remove(object, Kind::DeadBand); !removed)
+    if (Done removed = m_state.remove(object, Kind::DeadBand); !removed)
         return removed;
-    if (const auto set = m_database.setHysteresis(object, std::max(m_database.object(object)->hysteresis, 0.0)); !set)
+    if (auto set = m_database.setHysteresis(object, std::max(m_database.object(object)->hysteresis, 0.0)); !set)
         return set;
-    const Done applied = applyLimits(object);
+    Done applied = applyLimits(object);
     m_data.noteChanged(object);
     return applied;
 }
@@ -282,7 +282,7 @@ OperatorChanges::Done OperatorChanges::setDeadBand(ObjectKey object, double dead
 {
     if (object.type != ScadaObjectType::AnalogPoint || !std::isfinite(deadBand) || deadBand < 0)
         return tl::make_unexpected(tr("a dead band is a number from 0 on, of an analog point"));
-    if (const Done kept = keep(object, Kind::DeadBand, textOf(deadBand), by); !kept)
+    if (Done kept = keep(object, Kind::DeadBand, textOf(deadBand), by); !kept)
         return kept;
     m_data.noteChanged(object);
     return m_database.setHysteresis(object, deadBand);
@@ -293,7 +293,7 @@ OperatorChanges::Done OperatorChanges::resetStatistics(ObjectKey object, const S
     if (!m_database.statisticsSinceMs(object) && !m_database.lastChangeMs(object))
         return tl::make_unexpected(tr("this object has no statistics so far"));
     const qint64 now = m_database.now();
-    if (const Done kept = keep(object, Kind::StatisticsReset, QString::number(now), by); !kept)
+    if (Done kept = keep(object, Kind::StatisticsReset, QString::number(now), by); !kept)
         return kept;
     m_database.resetStatistics(object, now);
     m_data.noteChanged(object);

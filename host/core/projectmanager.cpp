@@ -22,7 +22,7 @@ using Settings = std::vector<std::pair<const char*, QVariant>>;
 tl::expected<Project, QString> with(Project project, const Settings& settings)
 {
     for (const auto& [name, value] : settings) {
-        const auto changed = project.withSetting(QLatin1String(name), value);
+        auto changed = project.withSetting(QLatin1String(name), value);
         if (!changed)
             return changed;
         project = *changed;
@@ -80,7 +80,7 @@ Done writeProject(const QString& folder, const QString& name)
     if (!dir.mkpath(QStringLiteral("pages")))
         return tl::make_unexpected(
             ProjectManager::tr("The folder %1 can't be made.").arg(dir.filePath(QStringLiteral("pages"))));
-    if (const Done points = writeNew(dir.filePath(QStringLiteral("points.csv")), PointList::empty()); !points)
+    if (Done points = writeNew(dir.filePath(QStringLiteral("points.csv")), PointList::empty()); !points)
         return points;
     const QByteArray text = "{\n \"version\": " + QByteArray::number(Project::version) + "\n}\n";
     return Project::parse(text, folder)
@@ -93,10 +93,10 @@ Done makeProject(const QString& folder, const QString& name)
 {
     if (const QString problem = FileName::problem(name); !problem.isEmpty())
         return tl::make_unexpected(problem);
-    if (const Done isFree = checkNewFolder(folder); !isFree)
+    if (Done isFree = checkNewFolder(folder); !isFree)
         return isFree;
     const bool wasThere = QFileInfo::exists(folder);
-    const Done written = writeProject(folder, name);
+    Done written = writeProject(folder, name);
     if (!written && wasThere) {
         QDir(folder).remove(QStringLiteral("points.csv"));
         QDir(folder).rmdir(QStringLiteral("pages"));
@@ -213,7 +213,7 @@ ProjectManager::Done ProjectManager::store(const Project& project)
             tr("%1 was changed by another program and is left as it is. Open the project again.").arg(file.fileName()));
     }
     file.close();
-    const Done written = project.write();
+    Done written = project.write();
     if (written)
         m_stored = project;
     return written;
@@ -291,10 +291,10 @@ ProjectManager::Done ProjectManager::changeFiles(const Change& change, const std
     const auto project = change(*m_project);
     if (!stored || !project)
         return tl::make_unexpected(stored ? project.error() : stored.error());
-    if (const Done acted = act(); !acted)
+    if (Done acted = act(); !acted)
         return acted;
     if (stored->text != m_stored->text) {
-        if (const Done kept = store(*stored); !kept) {
+        if (Done kept = store(*stored); !kept) {
             takeBack();
             return kept;
         }
@@ -305,7 +305,7 @@ ProjectManager::Done ProjectManager::changeFiles(const Change& change, const std
 
 ProjectManager::Done ProjectManager::makePage(const QString& page)
 {
-    if (const Done isFree = checkNewPage(page, QString()); !isFree)
+    if (Done isFree = checkNewPage(page, QString()); !isFree)
         return isFree;
     if (!QDir().mkpath(m_project->pageFolder()))
         return tl::make_unexpected(tr("The folder %1 can't be made.").arg(m_project->pageFolder()));
@@ -325,7 +325,7 @@ bool ProjectManager::addPage(const QString& page)
 
 ProjectManager::Done ProjectManager::takeOutPage(const QString& page)
 {
-    if (const Done isThere = checkPage(page); !isThere)
+    if (Done isThere = checkPage(page); !isThere)
         return isThere;
     Settings settings = {{"pages", listed(without(m_project->pageOrder, page))},
                          {"removedPages", m_project->removedPages + QStringList{page}}};
@@ -345,10 +345,10 @@ bool ProjectManager::removePage(const QString& page)
 
 ProjectManager::Done ProjectManager::giveNewName(const QString& page, const QString& newName)
 {
-    if (const Done isThere = checkPage(page); !isThere || page == newName)
+    if (Done isThere = checkPage(page); !isThere || page == newName)
         return isThere;
     const QString from = m_project->pageFile(page);
-    if (const Done isFree = checkNewPage(newName, QFileInfo(from).fileName()); !isFree)
+    if (Done isFree = checkNewPage(newName, QFileInfo(from).fileName()); !isFree)
         return isFree;
     const QString to = m_project->pageFile(newName);
     const auto change = [&](const Project& project) {

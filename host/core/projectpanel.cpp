@@ -18,6 +18,7 @@ ProjectPanel::ProjectPanel(ProjectManager& manager, QWidget* parent)
     : QWidget(parent), m_manager(manager), m_form(std::make_unique<Ui::ProjectPanel>())
 {
     m_form->setupUi(this);
+    m_form->pageTree->setHeaderLabels({tr("Page"), tr("Opens first")});
     m_form->pageTree->header()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
     m_form->pageTree->header()->setSectionResizeMode(StartColumn, QHeaderView::ResizeToContents);
     connect(m_form->openButton, &QPushButton::clicked, this, [this] {

@@ -65,11 +65,12 @@ QByteArray hashOfFile(const QString& name)
     return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
 }
 
-/// Two names of one file, or files of the same bytes.
 bool areSame(const QString& a, const QString& b)
 {
-    std::error_code error;
-    return std::filesystem::equivalent(pathOf(a), pathOf(b), error) || hashOfFile(a) == hashOfFile(b);
+    QFile first(a);
+    QFile second(b);
+    return first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly) && first.size() == second.size() &&
+           first.readAll() == second.readAll();
 }
 
 /// Whether a path in a journal stays within the project, whoever wrote the journal.
@@ -144,12 +145,10 @@ Done FileChanges::stage(const QString& path, const QByteArray& bytes)
     return {};
 }
 
-// A second name for the old file costs nothing; where the file system has none, a copy does.
+// A second name for the old file would cost nothing, but follow whoever edits the file in its place.
 Done FileChanges::keepOld(const QString& target, const QString& old) const
 {
-    std::error_code error;
-    std::filesystem::create_hard_link(pathOf(target), pathOf(old), error);
-    if (error && !QFile::copy(target, old))
+    if (!QFile::copy(target, old))
         return failed(target, QStringLiteral("can't be kept in %1").arg(pendingOf(m_folder)));
     return {};
 }

@@ -360,7 +360,9 @@ void LiveSystem::heedSessions()
     connect(&m_control.users(), &DatabaseManager::loggedOn, this, [this, tell](const QString& user) {
         m_properties.setValue(QStringLiteral("User"), user);
         m_alarms.addEvent(tr("%1 logged on").arg(user), user);
-        tell(ScriptHandler::Logon);
+        // Behind whoever opens pages for him.
+        QMetaObject::invokeMethod(
+            this, [tell] { tell(ScriptHandler::Logon); }, Qt::QueuedConnection);
     });
     connect(&m_control.users(), &DatabaseManager::loggedOff, this, [this, tell](const QString& user) {
         m_properties.setValue(QStringLiteral("User"), QString());
