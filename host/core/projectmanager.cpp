@@ -278,7 +278,7 @@ ProjectManager::Done ProjectManager::checkNewPage(const QString& name, const QSt
 
 bool ProjectManager::setStartPage(const QString& page)
 {
-    if (const Done isThere = checkPage(page); !isThere)
+    if (Done isThere = checkPage(page); !isThere)
         return finish(isThere);
     return change(QStringLiteral("startPage"), page);
 }

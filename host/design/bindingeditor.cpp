@@ -45,7 +45,7 @@ void BindingEditor::commit()
 QStringList BindingEditor::labels() const
 {
     QStringList all;
-    if (!m_shape)
+    if (!m_document || !m_shape)
         return all;
     for (const ShapeBinding& binding : m_document->bindings(*m_shape))
         all.append(binding.purpose());
@@ -60,12 +60,12 @@ void BindingEditor::fill()
     const QStringList wanted = labels();
     while (m_fields.size() > std::size_t(wanted.size()))
         removeLastRow();
-    while (m_fields.size() < std::size_t(wanted.size()))
-        addRow();
     m_hint.setVisible(wanted.isEmpty());
     m_hint.setText(m_shape ? tr("This shape shows no value.") : tr("Select a shape, or drop a point on the page."));
-    if (!m_shape)
+    if (!m_document || !m_shape)
         return;
+    while (m_fields.size() < std::size_t(wanted.size()))
+        addRow();
     const std::vector<ShapeBinding> bindings = m_document->bindings(*m_shape);
     for (std::size_t place = 0; place < m_fields.size(); ++place) {
         qobject_cast<QLabel*>(m_form.labelForField(m_fields[place]))->setText(wanted.at(static_cast<int>(place)));

@@ -353,8 +353,8 @@ tl::expected<QStringList, QString> PointList::load(const QString& path, RuntimeD
 
 QByteArray PointList::empty()
 {
-    QByteArrayList names;
+    QByteArrayList header;
     for (const char* name : PointColumns::names)
-        names.append(name);
-    return names.join(',') + '\n';
+        header.append(name);
+    return header.join(',') + '\n';
 }
