@@ -440,7 +440,7 @@ tl::expected<void, QString> RuntimeDatabase::checkLimits(ObjectKey key, const Li
 
 tl::expected<void, QString> RuntimeDatabase::setLimits(ObjectKey key, const Limits& limits)
 {
-    if (const auto checked = checkLimits(key, limits); !checked)
+    if (auto checked = checkLimits(key, limits); !checked)
         return checked;
     Present& changed = *findPresent(key);
     changed.lowLow = limits.lowLow;

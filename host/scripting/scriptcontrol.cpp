@@ -48,7 +48,7 @@ py::object memberOf(const ScadaOperationMessage& message)
 
 ScadaOperationMessage stateOf(quint32 number)
 {
-    const ScadaOperationMessage message = manager().request(number);
+    ScadaOperationMessage message = manager().request(number);
     if (message.requestId == 0)
         raise(PyExc_LookupError, QStringLiteral("there is no request %1").arg(number));
     return message;

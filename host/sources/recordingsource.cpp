@@ -116,7 +116,7 @@ tl::expected<void, QString> RecordingSource::reconnect(qint64)
         return tl::make_unexpected(QStringLiteral("%1 was not started").arg(description()));
     m_file.close();
     m_isAtEnd = false;
-    const auto ready = makeReadable();
+    auto ready = makeReadable();
     setState(ready ? State::Running : State::Failed, ready ? QString() : ready.error());
     tellProblems();
     return ready;

@@ -67,7 +67,7 @@ QDateTime presentTime(const RuntimeDatabase& database, ObjectKey point)
 QVariant figure(const RuntimeDatabase& database, ObjectKey point, int column)
 {
     const ColumnInfo& info = columns[column];
-    const QVariant known = database.fieldValue(point, info.field);
+    QVariant known = database.fieldValue(point, info.field);
     if (info.kind != Kind::Changes || !known.isValid())
         return known;
     return known.toInt() + database.fieldValue(point, DataField::TodayOffCount).toInt();

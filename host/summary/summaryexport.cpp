@@ -15,7 +15,7 @@ SummaryExport::~SummaryExport() = default;
 
 tl::expected<void, QString> SummaryExport::start()
 {
-    if (const auto opened = m_file.open(); !opened)
+    if (auto opened = m_file.open(); !opened)
         return opened;
     QVariantList titles;
     for (const int column : qAsConst(m_columns))
