@@ -173,9 +173,9 @@ private Q_SLOTS:
     void stationsCarryTheDescriptions()
     {
         RuntimeDatabase database;
-        RuntimeDatabase::Object unit{ScadaObjectType::RtuObject, 7, QStringLiteral("RTU")};
-        unit.description = QStringLiteral("Terminal unit of the intake");
-        QVERIFY(database.add(unit));
+        RuntimeDatabase::Object intake{ScadaObjectType::RtuObject, 7, QStringLiteral("RTU")};
+        intake.description = QStringLiteral("Terminal unit of the intake");
+        QVERIFY(database.add(intake));
         const std::vector<PointDirectory::Station> stations = database.stations();
         QCOMPARE(stations.size(), std::size_t(1));
         QCOMPARE(stations.front().name, QString());
