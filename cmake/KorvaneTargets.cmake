@@ -32,11 +32,29 @@ function(korvane_compile_options target)
     endif()
 endfunction()
 
+# korvane_whole_rooms(TARGET [APART ...]): where whole rooms are asked for, compiles the target's sources of one folder at
+# once, but for those that stand APART.
+function(korvane_whole_rooms target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "APART")
+    if(KORVANE_WHOLE_ROOMS)
+        get_target_property(sources ${target} SOURCES)
+        list(FILTER sources INCLUDE REGEX "\\.cpp$")
+        foreach(source IN LISTS sources)
+            cmake_path(GET source PARENT_PATH room)
+            set_property(SOURCE "${source}" PROPERTY UNITY_GROUP "room_${room}")
+        endforeach()
+        set_property(SOURCE ${arg_APART} PROPERTY SKIP_UNITY_BUILD_INCLUSION ON)
+        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+        target_compile_options(${target} PRIVATE -Wno-shadow) # of another file's names
+    endif()
+endfunction()
+
 # korvane_add_floor(NAME SOURCES ... HEADERS ... LINK ... USE ...): one floor of the house, a shared library. NAME is the
 # part behind "Korvane::"; the folder is the current one. HEADERS are public and installed under their floor and room. What
 # is under USE stays inside: no header shows it. A class's form lies beside its .cpp, which includes it as "ui_class.h".
+# APART are the sources whose file-local names others of their room have too: they are never compiled as one with them.
 function(korvane_add_floor name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK;USE")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;LINK;USE;APART")
     set(target Korvane${name})
     string(TOLOWER "${name}" lower)
     string(TOUPPER "${name}" upper)
@@ -64,6 +82,8 @@ function(korvane_add_floor name)
             set_property(SOURCE "${source}" APPEND PROPERTY OBJECT_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${form}")
         endif()
     endforeach()
+
+    korvane_whole_rooms(${target} APART ${arg_APART})
 
     include(GenerateExportHeader)
     generate_export_header(${target}
@@ -103,6 +123,9 @@ function(korvane_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "ON_X11" "" "SOURCES;LIBS")
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
     korvane_compile_options(${name})
+    if(KORVANE_SANITIZERS)
+        target_compile_options(${name} PRIVATE -O0) # what is tested is optimised; tests are many
+    endif()
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(${name} PRIVATE ${arg_LIBS} Qt5::Test)
     if(arg_ON_X11)

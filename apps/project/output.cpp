@@ -1,5 +1,8 @@
 #include "apps/project/output.h"
 
+#include "apps/project/commandline.h"
+#include "apps/support/program.h"
+
 #include <QJsonDocument>
 
 #include <cstdio>
@@ -21,4 +24,10 @@ void Output::print(const QString& text)
 void Output::print(const QJsonObject& object)
 {
     write(QJsonDocument(object).toJson());
+}
+
+int Output::failed(const QString& text)
+{
+    Program::complain(text);
+    return ExitCode::failed;
 }

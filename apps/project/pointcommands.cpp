@@ -11,12 +11,6 @@
 
 namespace {
 
-int failed(const QString& text)
-{
-    Program::complain(text);
-    return ExitCode::failed;
-}
-
 bool writeFile(const QString& name, const QByteArray& bytes)
 {
     QSaveFile file(name);
@@ -42,10 +36,10 @@ int Commands::importPoints(const QStringList& arguments)
         return ExitCode::failed;
     const auto project = Project::read(line.folder());
     if (!project)
-        return failed(project.error());
+        return Output::failed(project.error());
     const auto merged = PointImport::merge(project->pointFile(), line.argument(0));
     if (!merged)
-        return failed(merged.error());
+        return Output::failed(merged.error());
     for (const QString& note : merged->notes)
         Program::complain(note);
     QString text;
@@ -77,10 +71,10 @@ int Commands::exportPoints(const QStringList& arguments)
     }
     const auto project = Project::read(line.folder());
     if (!project)
-        return failed(project.error());
+        return Output::failed(project.error());
     const auto list = PointList::read(project->pointFile());
     if (!list)
-        return failed(list.error());
+        return Output::failed(list.error());
     for (const QString& problem : list->problems)
         Program::complain(problem);
     if (!writeFile(line.value("output"), PointCells::list(list->objects)))

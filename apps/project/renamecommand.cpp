@@ -11,19 +11,13 @@
 
 namespace {
 
-int failed(const QString& text)
-{
-    Program::complain(text);
-    return ExitCode::failed;
-}
-
 int undo(const QString& folder)
 {
     if (!OpenedProject::recover(folder))
         return ExitCode::failed;
     const auto undone = FileChanges::undo(folder);
     if (!undone)
-        return failed(undone.error());
+        return Output::failed(undone.error());
     Output::print(QStringLiteral("taken back: %1\n").arg(*undone));
     return ExitCode::fine;
 }
@@ -56,7 +50,7 @@ int preview(const OpenedProject& opened, const ObjectRename& rename)
 {
     const auto result = ObjectRenamer::run(opened.project, rename, nullptr);
     if (!result)
-        return failed(result.error());
+        return Output::failed(result.error());
     print(*result);
     Output::print(QStringLiteral("%1 would be renamed; nothing was changed\n").arg(countText(*result)));
     return ExitCode::fine;
@@ -66,15 +60,15 @@ int perform(const OpenedProject& opened, const ObjectRename& rename)
 {
     const auto changes = FileChanges::begin(opened.project.folder);
     if (!changes)
-        return failed(changes.error());
+        return Output::failed(changes.error());
     const auto result = ObjectRenamer::run(opened.project, rename, changes->get());
     if (!result)
-        return failed(QStringLiteral("nothing was changed: %1").arg(result.error()));
+        return Output::failed(QStringLiteral("nothing was changed: %1").arg(result.error()));
     const QString prefix = Korvane::tagPrefix(rename.type);
     const QString title =
         QStringLiteral("rename of \"%1\" to \"%2\"").arg(prefix + rename.before, prefix + rename.after);
     if (const auto done = (*changes)->commit(title); !done)
-        return failed(done.error());
+        return Output::failed(done.error());
     for (const QString& note : result->notes)
         Output::print(QStringLiteral("note: %1\n").arg(note));
     Output::print(QStringLiteral("%1: %2\n").arg(title, countText(*result)));
@@ -100,6 +94,6 @@ int Commands::rename(const QStringList& arguments)
         return ExitCode::failed;
     const auto rename = ObjectRenamer::ask(opened->database, line.argument(0), line.argument(1));
     if (!rename)
-        return failed(rename.error());
+        return Output::failed(rename.error());
     return line.isSet("dry-run") ? preview(*opened, *rename) : perform(*opened, *rename);
 }

@@ -10,15 +10,9 @@
 
 namespace {
 
-int failed(const QString& text)
-{
-    Program::complain(text);
-    return ExitCode::failed;
-}
-
 int ended(const tl::expected<void, QString>& done)
 {
-    return done ? ExitCode::fine : failed(done.error());
+    return done ? ExitCode::fine : Output::failed(done.error());
 }
 
 QString accountText(const EUserAccount& account, bool isLocked)
@@ -34,10 +28,10 @@ int list(const AccountDatabase& accounts)
 {
     const auto all = accounts.allUserAccounts();
     if (!all.isOk())
-        return failed(all.error);
+        return Output::failed(all.error);
     const auto locked = accounts.lockedAccounts();
     if (!locked)
-        return failed(locked.error());
+        return Output::failed(locked.error());
     for (const EUserAccount& account : all.list)
         Output::print(accountText(account, locked->contains(account.number)));
     return ExitCode::fine;
@@ -71,10 +65,10 @@ int add(AccountDatabase& accounts, const CommandLine& line, const QString& name)
     account.role = accountRoleName(AccountRole::Operator);
     const auto password = newPassword(name);
     if (!password)
-        return failed(password.error());
+        return Output::failed(password.error());
     const auto number = accounts.add(accountOf(line, account), *password);
     if (!number)
-        return failed(number.error());
+        return Output::failed(number.error());
     Output::print(QStringLiteral("%1 has number %2\n").arg(name).arg(*number));
     return ExitCode::fine;
 }
@@ -83,16 +77,16 @@ int change(AccountDatabase& accounts, const CommandLine& line, const QString& na
 {
     const auto found = accounts.find(name);
     if (!found)
-        return failed(found.error());
+        return Output::failed(found.error());
     if (!*found)
-        return failed(QStringLiteral("there is no user \"%1\"").arg(name));
+        return Output::failed(QStringLiteral("there is no user \"%1\"").arg(name));
     return ended(accounts.change(accountOf(line, **found)));
 }
 
 int setPassword(AccountDatabase& accounts, const QString& name)
 {
     const auto password = newPassword(name);
-    return password ? ended(accounts.setPassword(name, *password)) : failed(password.error());
+    return password ? ended(accounts.setPassword(name, *password)) : Output::failed(password.error());
 }
 
 int act(AccountDatabase& accounts, const CommandLine& line, const QString& what, const QString& name)
@@ -128,12 +122,12 @@ int Commands::user(const QStringList& arguments)
         return *ended;
     const auto project = Project::read(line.folder());
     if (!project)
-        return failed(project.error());
+        return Output::failed(project.error());
     const bool isLocal = project->accounts.driver == AccountSettings::Driver::Sqlite;
     if (line.isSet("list") && isLocal && !QFile::exists(project->accounts.fileName))
         return ExitCode::fine; // nobody yet, and no file to be made for that
     AccountDatabase accounts;
     if (const auto opened = accounts.open(project->accounts); !opened)
-        return failed(opened.error());
+        return Output::failed(opened.error());
     return line.isSet("list") ? list(accounts) : act(accounts, line, line.argument(0), line.argument(1));
 }

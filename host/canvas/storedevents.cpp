@@ -67,7 +67,8 @@ tl::expected<std::unique_ptr<ScadaEventActionInterface>, QString> readAction(con
     const Value* type = JsonText::member(stored, "type");
     if (!trigger || !trigger->IsInt())
         return tl::make_unexpected(QStringLiteral("\"trigger\" is no whole number"));
-    auto action = type && type->IsInt() ? EventActions::make(type->GetInt()) : nullptr;
+    const int number = type && type->IsInt() ? type->GetInt() : -1;
+    auto action = EventActions::make(number);
     if (!action)
         return tl::make_unexpected(QStringLiteral("unknown type of event action"));
     const Data data = readData(stored);
@@ -75,7 +76,7 @@ tl::expected<std::unique_ptr<ScadaEventActionInterface>, QString> readAction(con
         return tl::make_unexpected(data.error());
     ScadaEventActionStream stream;
     stream.setTrigger(static_cast<Korvane::TriggerType>(trigger->GetInt()));
-    stream.setType(type->GetInt());
+    stream.setType(number);
     stream.setData(*data);
     action->fromStream(stream);
     ScadaEventActionStream written;

@@ -102,11 +102,10 @@ public:
     }
     ~Run()
     {
-        const PythonRuntime& python = PythonRuntime::instance();
         if (m_shape) {
-            PyDict_SetItem(m_globals.ptr(), python.shapeName(), m_shape.ptr());
-            PyDict_SetItem(m_globals.ptr(), python.triggerName(), m_trigger.ptr());
-            PyDict_SetItem(m_globals.ptr(), python.eventName(), m_event.ptr());
+            PyDict_SetItem(m_globals.ptr(), m_python.shapeName(), m_shape.ptr());
+            PyDict_SetItem(m_globals.ptr(), m_python.triggerName(), m_trigger.ptr());
+            PyDict_SetItem(m_globals.ptr(), m_python.eventName(), m_event.ptr());
         }
         m_session.m_canvas = m_canvasBefore;
     }
@@ -116,29 +115,28 @@ private:
     // What the script finds that runs this one, when it goes on.
     void keepFrame()
     {
-        const PythonRuntime& python = PythonRuntime::instance();
         const auto present = [this](PyObject* name) {
             auto value = py::reinterpret_borrow<py::object>(PyDict_GetItemWithError(m_globals.ptr(), name));
             return value ? value : py::none(); // a script may have deleted it
         };
-        m_shape = present(python.shapeName());
-        m_trigger = present(python.triggerName());
-        m_event = present(python.eventName());
+        m_shape = present(m_python.shapeName());
+        m_trigger = present(m_python.triggerName());
+        m_event = present(m_python.eventName());
     }
     void setFrame(const Context& context, ScriptNamespace& space)
     {
-        const PythonRuntime& python = PythonRuntime::instance();
         py::object& event = m_session.m_eventObject;
         if (!event)
             event = m_session.m_event ? py::cast(*m_session.m_event) : py::none();
         const auto trigger = context.trigger.value_or(Korvane::TriggerType::None);
-        python.renewNames(m_globals.ptr(), space.canvasObject().ptr());
-        PyDict_SetItem(m_globals.ptr(), python.shapeName(), space.shapeObject(context.shape).ptr());
-        PyDict_SetItem(m_globals.ptr(), python.triggerName(), py::int_(static_cast<int>(trigger)).ptr());
-        PyDict_SetItem(m_globals.ptr(), python.eventName(), event.ptr());
+        m_python.renewNames(m_globals.ptr(), space.canvasObject().ptr());
+        PyDict_SetItem(m_globals.ptr(), m_python.shapeName(), space.shapeObject(context.shape).ptr());
+        PyDict_SetItem(m_globals.ptr(), m_python.triggerName(), py::int_(static_cast<int>(trigger)).ptr());
+        PyDict_SetItem(m_globals.ptr(), m_python.eventName(), event.ptr());
     }
 
     Watched m_watched;
+    const PythonRuntime& m_python = PythonRuntime::instance();
     ScriptSession& m_session;
     py::handle m_globals;
     KVCanvasInterface* m_canvasBefore = nullptr;
