@@ -34,7 +34,7 @@ constexpr double farthest = 1000000; // place of a shape
 class Reading
 {
 public:
-    Reading(Page& page, const JsonText& json, ScadaRuntimeInterface* runtime)
+    Reading(Page& page, const JsonText& json, const ScadaRuntimeInterface* runtime)
         : m_page(page), m_json(json), m_runtime(runtime)
     {
     }
@@ -66,7 +66,7 @@ private:
 
     Page& m_page;
     const JsonText& m_json;
-    ScadaRuntimeInterface* m_runtime;
+    const ScadaRuntimeInterface* m_runtime;
     QString m_object; ///< what is being read, for problems
 };
 

@@ -27,7 +27,8 @@ public:
 
     /// \param managers makes the page's action manager
     /// \param runtime where tags that name nothing are looked up, for a problem each; null leaves them alone
-    explicit PageReader(CanvasScadaActionManagerFactoryInterface& managers, ScadaRuntimeInterface* runtime = nullptr)
+    explicit PageReader(CanvasScadaActionManagerFactoryInterface& managers,
+                        const ScadaRuntimeInterface* runtime = nullptr)
         : m_managers(managers), m_runtime(runtime)
     {
     }
@@ -48,6 +49,6 @@ public:
 private:
     static tl::expected<QByteArray, QString> textOf(const QString& fileName);
     CanvasScadaActionManagerFactoryInterface& m_managers;
-    ScadaRuntimeInterface* m_runtime;
+    const ScadaRuntimeInterface* m_runtime;
     AccessCheck m_mayOpen;
 };

@@ -53,7 +53,7 @@ PageText::Place place(Kind kind, int shape, int action = -1, int rule = -1, int 
 
 } // namespace
 
-PageCheck::PageCheck(const Project& project, RuntimeDatabase& database,
+PageCheck::PageCheck(const Project& project, const RuntimeDatabase& database,
                      CanvasScadaActionManagerFactoryInterface& managers)
     : m_project(project), m_database(database), m_managers(managers), m_pages(project.pages())
 {

@@ -24,7 +24,8 @@ class PageCheck
 {
 public:
     /// \p project, \p database, \p managers must outlive this
-    PageCheck(const Project& project, RuntimeDatabase& database, CanvasScadaActionManagerFactoryInterface& managers);
+    PageCheck(const Project& project, const RuntimeDatabase& database,
+              CanvasScadaActionManagerFactoryInterface& managers);
 
     /// The numbers of the accounts that there are; pages' rights are not checked without them.
     void setAccounts(const QSet<int>& accounts) { m_accounts = accounts; }
@@ -46,7 +47,7 @@ private:
     QString objectName(int shape);
 
     const Project& m_project;
-    RuntimeDatabase& m_database;
+    const RuntimeDatabase& m_database;
     CanvasScadaActionManagerFactoryInterface& m_managers;
     QStringList m_pages;
     std::optional<QSet<int>> m_accounts;

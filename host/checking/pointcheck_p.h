@@ -15,7 +15,7 @@ class PointCheck
 {
 public:
     /// \p project, \p database must outlive this
-    PointCheck(const Project& project, RuntimeDatabase& database) : m_project(project), m_database(database) {}
+    PointCheck(const Project& project, const RuntimeDatabase& database) : m_project(project), m_database(database) {}
 
     std::vector<Finding> run();
 
@@ -27,7 +27,7 @@ private:
     int lineOf(const RuntimeDatabase::Object& object);
 
     const Project& m_project;
-    RuntimeDatabase& m_database;
+    const RuntimeDatabase& m_database;
     QHash<QString, int> m_lines; ///< of the list, by prefix and name; read when the first one is asked for
     std::vector<Finding> m_findings;
 };

@@ -73,7 +73,7 @@ std::vector<Finding> ProjectCheck::run(const QString& folder)
     return findings;
 }
 
-std::vector<Finding> ProjectCheck::run(const Project& project, RuntimeDatabase& database)
+std::vector<Finding> ProjectCheck::run(const Project& project, const RuntimeDatabase& database)
 {
     std::vector<Finding> findings;
     const QStringList pages = project.pages();

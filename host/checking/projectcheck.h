@@ -17,6 +17,6 @@ namespace ProjectCheck {
 KORVANE_HOST_EXPORT std::vector<Finding> run(const QString& folder);
 
 /// Of the pages of \p project, and of what its points say of each other; the points are those of \p database.
-KORVANE_HOST_EXPORT std::vector<Finding> run(const Project& project, RuntimeDatabase& database);
+KORVANE_HOST_EXPORT std::vector<Finding> run(const Project& project, const RuntimeDatabase& database);
 
 } // namespace ProjectCheck

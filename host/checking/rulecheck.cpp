@@ -70,7 +70,9 @@ OpType mirrored(OpType operation)
 class Check
 {
 public:
-    Check(const std::vector<ActionRule>& rules, RuntimeDatabase& database) : m_rules(rules), m_database(database) {}
+    Check(const std::vector<ActionRule>& rules, const RuntimeDatabase& database) : m_rules(rules), m_database(database)
+    {
+    }
 
     std::vector<Found> run();
 
@@ -83,7 +85,7 @@ private:
     void checkReach(int rule);
 
     const std::vector<ActionRule>& m_rules;
-    RuntimeDatabase& m_database;
+    const RuntimeDatabase& m_database;
     std::vector<std::vector<Group>> m_groups; ///< by rule
     std::vector<Found> m_found;
 };
@@ -217,7 +219,7 @@ std::vector<Found> Check::run()
 
 } // namespace
 
-std::vector<Found> RuleCheck::run(const std::vector<ActionRule>& rules, RuntimeDatabase& database)
+std::vector<Found> RuleCheck::run(const std::vector<ActionRule>& rules, const RuntimeDatabase& database)
 {
     return Check(rules, database).run();
 }

@@ -22,6 +22,6 @@ struct Found
 };
 
 /// Says nothing of what it can't prove: only comparisons with numbers are understood, others are taken as they stand.
-KORVANE_HOST_EXPORT std::vector<Found> run(const std::vector<ActionRule>& rules, RuntimeDatabase& database);
+KORVANE_HOST_EXPORT std::vector<Found> run(const std::vector<ActionRule>& rules, const RuntimeDatabase& database);
 
 } // namespace RuleCheck

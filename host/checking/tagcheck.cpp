@@ -6,7 +6,7 @@
 
 using Korvane::ScadaObjectType;
 
-std::optional<TagCheck::Found> TagCheck::run(const QString& tag, RuntimeDatabase& database)
+std::optional<TagCheck::Found> TagCheck::run(const QString& tag, const RuntimeDatabase& database)
 {
     const Korvane::DataLinkInfo link = Korvane::resolveFromString(tag, &database);
     if (link.type == ScadaObjectType::NoObject || link.type == ScadaObjectType::ApplicationProperty)

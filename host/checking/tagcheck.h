@@ -19,6 +19,6 @@ struct Found
 
 /// "unknown-tag" for one that names no object, "missing-field" for a field that the object does not have or that there is
 /// not; nothing for constants, properties of the application, the empty text, and what there is.
-KORVANE_HOST_EXPORT std::optional<Found> run(const QString& tag, RuntimeDatabase& database);
+KORVANE_HOST_EXPORT std::optional<Found> run(const QString& tag, const RuntimeDatabase& database);
 
 } // namespace TagCheck

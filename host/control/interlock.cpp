@@ -76,9 +76,7 @@ bool isTextOfValue(DataCode::DataField field)
 /// The value of a side as it is now; an invalid one where nothing may be concluded from it.
 tl::expected<QVariant, QString> valueOf(const QString& tag, const RuntimeDatabase& database)
 {
-    // The look-up only reads.
-    auto* runtime = const_cast<RuntimeDatabase*>(&database);
-    const Korvane::DataLinkInfo link = Korvane::resolveFromString(tag, runtime);
+    const Korvane::DataLinkInfo link = Korvane::resolveFromString(tag, &database);
     if (link.type == Korvane::ScadaObjectType::NoObject)
         return QVariant(link.name.toDouble());
     const ObjectKey object{link.type, link.id};

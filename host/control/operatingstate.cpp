@@ -88,21 +88,28 @@ tl::expected<void, QString> OperatingState::set(ObjectKey object, Kind kind, con
     return {};
 }
 
-tl::expected<void, QString> OperatingState::remove(ObjectKey object, Kind kind)
+tl::expected<void, QString> OperatingState::remove(ObjectKey object, Kind first, Kind last)
 {
-    if (!find(object, kind))
+    const auto found = m_entries.find(object);
+    if (found == m_entries.end())
+        return {};
+    std::map<Kind, Entry>& entries = *found;
+    const auto begin = entries.lower_bound(first);
+    const auto end = entries.upper_bound(last);
+    if (begin == end)
         return {};
     QSqlQuery query(QSqlDatabase::database(m_connection, false));
-    query.prepare(QStringLiteral("DELETE FROM operating_state WHERE object_type = ? AND object_id = ? AND kind = ?"));
+    query.prepare(
+        QStringLiteral("DELETE FROM operating_state WHERE object_type = ? AND object_id = ? AND kind BETWEEN ? AND ?"));
     query.addBindValue(static_cast<int>(object.type));
     query.addBindValue(object.id);
-    query.addBindValue(static_cast<int>(kind));
+    query.addBindValue(static_cast<int>(first));
+    query.addBindValue(static_cast<int>(last));
     if (!query.exec())
         return tl::make_unexpected(QStringLiteral("%1: %2").arg(m_fileName, reasonOf(query)));
-    auto& entries = m_entries[object];
-    entries.erase(kind);
+    entries.erase(begin, end);
     if (entries.empty())
-        m_entries.remove(object);
+        m_entries.erase(found);
     return {};
 }
 

@@ -55,7 +55,9 @@ public:
     /// \returns why it could not be written; nothing changes then.
     [[nodiscard]] tl::expected<void, QString> set(ObjectKey object, Kind kind, const Entry& entry);
     /// The change was taken back; nothing happens where there was none.
-    [[nodiscard]] tl::expected<void, QString> remove(ObjectKey object, Kind kind);
+    [[nodiscard]] tl::expected<void, QString> remove(ObjectKey object, Kind kind) { return remove(object, kind, kind); }
+    /// The same of all kinds from \p first to \p last, at once: all or, with the reason, none.
+    [[nodiscard]] tl::expected<void, QString> remove(ObjectKey object, Kind first, Kind last);
 
     /// What stands; nothing for what was not changed.
     std::optional<Entry> find(ObjectKey object, Kind kind) const;

@@ -265,11 +265,7 @@ OperatorChanges::Done OperatorChanges::setLimit(ObjectKey object, Limit limit, s
 
 OperatorChanges::Done OperatorChanges::resetLimits(ObjectKey object)
 {
-    for (const auto& [kind, member] : limitKinds) {
-        if (Done removed = m_state.remove(object, kind); !removed)
-            return removed;
-    }
-    if (Done removed = m_state.remove(object, Kind::DeadBand); !removed)
+    if (Done removed = m_state.remove(object, Kind::LowLowLimit, Kind::DeadBand); !removed)
         return removed;
     if (auto set = m_database.setHysteresis(object, std::max(m_database.object(object)->hysteresis, 0.0)); !set)
         return set;

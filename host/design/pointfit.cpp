@@ -50,7 +50,7 @@ struct Source
     }
 };
 
-Source sourceOf(const QString& tag, RuntimeDatabase& runtime)
+Source sourceOf(const QString& tag, const RuntimeDatabase& runtime)
 {
     const Korvane::DataLinkInfo link = Korvane::resolveFromString(tag, &runtime);
     return {PointFit::objectOf(tag, runtime), link.field.isEmpty() ? nullptr : DataFieldInfo::find(link.field)};
@@ -121,13 +121,13 @@ double widestText(const Source& source, const PointFit& fit, int fontSize)
 
 } // namespace
 
-const Object* PointFit::objectOf(const QString& tag, RuntimeDatabase& runtime)
+const Object* PointFit::objectOf(const QString& tag, const RuntimeDatabase& runtime)
 {
     const Korvane::DataLinkInfo link = Korvane::resolveFromString(tag, &runtime);
     return link.id == 0 ? nullptr : runtime.object({link.type, link.id});
 }
 
-std::optional<PointFit> PointFit::of(const Shape& shape, const QString& tag, RuntimeDatabase& runtime, int place)
+std::optional<PointFit> PointFit::of(const Shape& shape, const QString& tag, const RuntimeDatabase& runtime, int place)
 {
     const Source source = sourceOf(tag, runtime);
     if (dynamic_cast<const Trend*>(&shape))
@@ -184,7 +184,7 @@ bool PointFit::isHeldBy(const TagAction& action) const
     return action.settings() == fresh->settings();
 }
 
-std::unique_ptr<Shape> PointFit::makeReadOut(const QString& tag, RuntimeDatabase& runtime)
+std::unique_ptr<Shape> PointFit::makeReadOut(const QString& tag, const RuntimeDatabase& runtime)
 {
     constexpr double height = 28;
     constexpr double narrowest = 60;

@@ -24,7 +24,8 @@ struct KORVANE_HOST_EXPORT PointFit
     /// read-out the name of a digital point's state, a label the text.
     /// \param runtime where the tag's object is looked up; an unknown one suits as one without unit and scale
     /// \returns nothing for a shape that shows no single value by itself.
-    static std::optional<PointFit> of(const Shape& shape, const QString& tag, RuntimeDatabase& runtime, int place = 0);
+    static std::optional<PointFit> of(const Shape& shape, const QString& tag, const RuntimeDatabase& runtime,
+                                      int place = 0);
 
     /// The action that suits, for \p tag.
     std::unique_ptr<TagAction> makeAction(Shape& shape, const QString& tag) const;
@@ -36,8 +37,8 @@ struct KORVANE_HOST_EXPORT PointFit
     bool isHeldBy(const TagAction& action) const;
 
     /// A new read-out for \p tag, at the corner of the page and without a name, as large as what it may show.
-    static std::unique_ptr<Shape> makeReadOut(const QString& tag, RuntimeDatabase& runtime);
+    static std::unique_ptr<Shape> makeReadOut(const QString& tag, const RuntimeDatabase& runtime);
 
     /// The object that \p tag names; null for none.
-    static const RuntimeDatabase::Object* objectOf(const QString& tag, RuntimeDatabase& runtime);
+    static const RuntimeDatabase::Object* objectOf(const QString& tag, const RuntimeDatabase& runtime);
 };

@@ -9,7 +9,7 @@
 
 using Korvane::ScadaObjectType;
 
-TagField::TagField(RuntimeDatabase& database, QWidget* parent)
+TagField::TagField(const RuntimeDatabase& database, QWidget* parent)
     : QWidget(parent), m_database(database), m_point(new PointSelectWidget(this)), m_problem(new QLabel(this))
 {
     m_point->hideName();

@@ -19,7 +19,7 @@ class KORVANE_HOST_EXPORT TagField : public QWidget
 
 public:
     /// \param database where tags are looked up; not owned, must outlive the field
-    explicit TagField(RuntimeDatabase& database, QWidget* parent = nullptr);
+    explicit TagField(const RuntimeDatabase& database, QWidget* parent = nullptr);
     ~TagField() override;
 
     /// Whether a field of the object is chosen along with it; false at first.
@@ -45,7 +45,7 @@ private:
     QString problem() const;
     void showProblem();
 
-    RuntimeDatabase& m_database;
+    const RuntimeDatabase& m_database;
     PointSelectWidget* m_point;
     QLabel* m_problem;
     QString m_tag;

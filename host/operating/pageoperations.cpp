@@ -103,9 +103,7 @@ void PageOperations::connectKeys()
 
 ObjectKey PageOperations::objectOf(const Operation& operation) const
 {
-    // The look-up only reads.
-    auto* runtime = const_cast<RuntimeDatabase*>(&m_services.database);
-    const Korvane::DataLinkInfo link = Korvane::resolveFromString(operation.tag, runtime);
+    const Korvane::DataLinkInfo link = Korvane::resolveFromString(operation.tag, &m_services.database);
     return {link.type, link.id};
 }
 

@@ -42,9 +42,7 @@ QList<QPair<QString, QString>> PointTips::pointsOf(const Shape& shape) const
             add({target->objectKind(), target->getPid()});
     }
     if (const Operation* operation = m_page.operations.of(&shape)) {
-        // The look-up only reads.
-        auto* runtime = const_cast<RuntimeDatabase*>(&m_database);
-        const Korvane::DataLinkInfo link = Korvane::resolveFromString(operation->tag, runtime);
+        const Korvane::DataLinkInfo link = Korvane::resolveFromString(operation->tag, &m_database);
         add({link.type, link.id});
     }
     return points;

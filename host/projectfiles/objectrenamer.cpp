@@ -41,7 +41,7 @@ Done renameOnPage(const Project& project, const QString& page, const ObjectRenam
 
 } // namespace
 
-tl::expected<ObjectRename, QString> ObjectRenamer::ask(RuntimeDatabase& database, const QString& oldTag,
+tl::expected<ObjectRename, QString> ObjectRenamer::ask(const RuntimeDatabase& database, const QString& oldTag,
                                                        const QString& newName)
 {
     const Korvane::DataLinkInfo link = Korvane::resolveFromString(oldTag, &database);

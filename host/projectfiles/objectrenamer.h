@@ -40,7 +40,7 @@ struct Result
 
 /// What \p oldTag (with the prefix of units and lines) and \p newName (with or without it) ask for.
 /// \returns why it can't be: there is no such object, the name is taken, or no tag could reach it.
-KORVANE_HOST_EXPORT tl::expected<ObjectRename, QString> ask(RuntimeDatabase& database, const QString& oldTag,
+KORVANE_HOST_EXPORT tl::expected<ObjectRename, QString> ask(const RuntimeDatabase& database, const QString& oldTag,
                                                             const QString& newName);
 
 /// \param changes takes the files that become others; null for what would be done only

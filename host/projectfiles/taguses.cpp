@@ -24,7 +24,7 @@ bool isOfName(QChar letter)
 class Search
 {
 public:
-    Search(const Project& project, RuntimeDatabase& database, ObjectKey object)
+    Search(const Project& project, const RuntimeDatabase& database, ObjectKey object)
         : m_project(project),
           m_database(database),
           m_object(object),
@@ -51,7 +51,7 @@ private:
     }
 
     const Project& m_project;
-    RuntimeDatabase& m_database;
+    const RuntimeDatabase& m_database;
     ObjectKey m_object;
     QString m_name;
     std::string m_utf8;
@@ -155,7 +155,7 @@ void Search::searchScript(const PageText& text, const PageText::Script& script)
 
 } // namespace
 
-TagUse::Result TagUse::of(const Project& project, RuntimeDatabase& database, ObjectKey object)
+TagUse::Result TagUse::of(const Project& project, const RuntimeDatabase& database, ObjectKey object)
 {
     return database.object(object) ? Search(project, database, object).run() : Result();
 }

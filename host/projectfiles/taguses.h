@@ -29,7 +29,7 @@ struct KORVANE_HOST_EXPORT TagUse
         QStringList problems;     ///< files that can't be read
     };
     /// All places where \p object is named, by its name or its id and whatever the field.
-    static Result of(const Project& project, RuntimeDatabase& database, ObjectKey object);
+    static Result of(const Project& project, const RuntimeDatabase& database, ObjectKey object);
 
     /// The page-file word for a kind of place: "binding" and so on.
     static QString wordOf(int kind);

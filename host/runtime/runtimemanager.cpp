@@ -350,20 +350,22 @@ bool RuntimeManager::isScanning(ObjectKey unit) const
 }
 
 // A line is reached through whatever delivers it, its units or their points.
-ValueSource* RuntimeManager::sourceOf(ObjectKey line) const
+ValueSource* RuntimeManager::sourceOfLine(ObjectKey line) const
 {
-    if (ValueSource* source = m_services.data.sourceOf(line))
-        return source;
-    const RuntimeDatabase::Object* found = m_services.database.object(line);
-    const bool isUnit = line.type == ScadaObjectType::RtuObject;
-    if (!found || Korvane::isPointObjectType(line.type))
-        return nullptr;
-    for (const ObjectKey part :
-         m_services.database.objects(isUnit ? ScadaObjectType::Point : ScadaObjectType::RtuObject)) {
-        if (m_services.database.object(part)->parent != found->name)
-            continue;
-        if (ValueSource* source = sourceOf(part))
-            return source;
+    const RuntimeDatabase& database = m_services.database;
+    const auto isBelow = [&database, line](ObjectKey object) {
+        if (Korvane::isPointObjectType(object.type)) {
+            const RuntimeDatabase::Object* point = database.object(object);
+            object = point ? database.findByName(ScadaObjectType::RtuObject, point->parent) : ObjectKey();
+        }
+        const RuntimeDatabase::Object* unit =
+            object.type == ScadaObjectType::RtuObject ? database.object(object) : nullptr;
+        return object == line || (unit && database.findByName(ScadaObjectType::ChannelObject, unit->parent) == line);
+    };
+    for (const auto& source : m_services.data.sources()) {
+        const std::vector<ObjectKey> objects = source->objects();
+        if (std::any_of(objects.begin(), objects.end(), isBelow))
+            return source.get();
     }
     return nullptr;
 }
@@ -371,7 +373,7 @@ ValueSource* RuntimeManager::sourceOf(ObjectKey line) const
 quint32 RuntimeManager::reconnect(ObjectKey line, const QString& reason)
 {
     return change(Operation::Reconnect, line, {}, reason, [this, line](const ScadaOperationMessage&) {
-        ValueSource* source = line.type == ScadaObjectType::ChannelObject ? sourceOf(line) : nullptr;
+        ValueSource* source = line.type == ScadaObjectType::ChannelObject ? sourceOfLine(line) : nullptr;
         if (!source)
             return OperatorChanges::Done(tl::make_unexpected(tr("no source is known for this line")));
         return source->reconnect(m_services.database.now());

@@ -186,7 +186,7 @@ private:
     using Inhibit = OperatorChanges::Done (OperatorChanges::*)(ObjectKey, bool, const ScadaOperationMessage&);
     quint32 inhibit(ObjectKey object, bool inhibited, const QString& reason, Inhibit set);
     quint32 setScanning(ObjectKey unit, bool scanning, const QString& reason);
-    ValueSource* sourceOf(ObjectKey line) const;
+    ValueSource* sourceOfLine(ObjectKey line) const;
 
     Services m_services;
     QString m_workplace;

@@ -139,7 +139,7 @@ ObjectKey findByTextAlone(const TagParts& parts)
 
 } // namespace
 
-DataLinkInfo resolveFromString(const QString& tag, ScadaRuntimeInterface* runtime)
+DataLinkInfo resolveFromString(const QString& tag, const ScadaRuntimeInterface* runtime)
 {
     const TagParts parts = parse(tag);
     DataLinkInfo link;

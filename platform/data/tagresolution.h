@@ -25,7 +25,7 @@ namespace Korvane {
 ///        stands, its kind by the prefix or by its range (Point outside the ranges), and a point's name is looked up in
 ///        the registered PointDirectory, if there is one.
 /// \returns a link whose absoluteName() resolves to the same link again under the same runtime and directory.
-KORVANE_PLATFORM_EXPORT DataLinkInfo resolveFromString(const QString& tag, ScadaRuntimeInterface* runtime);
+KORVANE_PLATFORM_EXPORT DataLinkInfo resolveFromString(const QString& tag, const ScadaRuntimeInterface* runtime);
 
 /// resolveFromString without a runtime: the text-only form.
 KORVANE_PLATFORM_EXPORT DataLinkInfo quickResolveFromString(const QString& tag);

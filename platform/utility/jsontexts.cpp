@@ -63,10 +63,8 @@ void appendEscape(QString& literal, ushort unit)
     literal += QString::number(unit, 16).rightJustified(4, QLatin1Char('0'));
 }
 
-QString quoted(const QString& text)
+void appendQuoted(QString& literal, const QString& text)
 {
-    QString literal;
-    literal.reserve(text.size() + 2);
     literal += QLatin1Char('"');
     const QChar* const end = text.constEnd();
     for (const QChar* at = text.constBegin(); at != end;) {
@@ -81,33 +79,45 @@ QString quoted(const QString& text)
             appendEscape(literal, (at++)->unicode());
     }
     literal += QLatin1Char('"');
-    return literal;
 }
 
-QString numberText(double number)
+/// A number as std::to_chars writes it.
+template <class Number>
+void appendDigits(QString& text, Number number)
+{
+    std::array<char, 32> digits{}; // the longest has 24 characters
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    text += QLatin1String(digits.data(), static_cast<int>(written.ptr - digits.data()));
+}
+
+void appendNumber(QString& text, double number)
 {
     constexpr double exact = 9007199254740992.0; // 2^53: beyond it not every whole number is a double
     if (!std::isfinite(number))
-        return QStringLiteral("null");
-    if (number == 0 && std::signbit(number))
-        return QStringLiteral("-0.0"); // readers take "-0" for the integer 0
-    if (number == std::floor(number) && std::abs(number) <= exact)
-        return QString::number(static_cast<qint64>(number));
-    std::array<char, 32> text{}; // the longest has 24 characters
-    const auto written = std::to_chars(text.data(), text.data() + text.size(), number);
-    return QString::fromLatin1(text.data(), static_cast<int>(written.ptr - text.data()));
+        text += QLatin1String("null");
+    else if (number == 0 && std::signbit(number))
+        text += QLatin1String("-0.0"); // readers take "-0" for the integer 0
+    else if (number == std::floor(number) && std::abs(number) <= exact)
+        appendDigits(text, static_cast<qint64>(number));
+    else
+        appendDigits(text, number);
 }
 
-QString member(const QString& key, const QString& valueText, bool comma)
+/// \param appendValue writes the value behind the text that it is given
+template <class AppendValue>
+QString member(const QString& key, int valueSize, bool comma, AppendValue appendValue)
 {
-    QString text = quoted(key);
-    text.reserve(text.size() + valueText.size() + 2);
+    QString text;
+    text.reserve(key.size() + valueSize + 4); // quotes, colon, comma
+    appendQuoted(text, key);
     text += QLatin1Char(':');
-    text += valueText;
+    appendValue(text);
     if (comma)
         text += QLatin1Char(',');
     return text;
 }
+
+constexpr int mostDigits = 24;
 
 /// All of the string; QString::fromUtf8 by itself drops a byte order mark in front.
 QString textOf(const Value& string)
@@ -129,17 +139,20 @@ bool isNested(const Value& value)
 }
 
 /// The text of a value that is neither an object nor an array.
-QString plainText(const Value& value)
+void appendPlain(QString& text, const Value& value)
 {
     if (value.IsString())
-        return quoted(textOf(value));
-    if (value.IsBool())
-        return value.GetBool() ? QStringLiteral("true") : QStringLiteral("false");
-    if (value.IsInt64())
-        return QString::number(value.GetInt64());
-    if (value.IsUint64())
-        return QString::number(value.GetUint64());
-    return value.IsDouble() ? numberText(value.GetDouble()) : QStringLiteral("null");
+        appendQuoted(text, textOf(value));
+    else if (value.IsBool())
+        text += value.GetBool() ? QLatin1String("true") : QLatin1String("false");
+    else if (value.IsInt64())
+        appendDigits(text, value.GetInt64());
+    else if (value.IsUint64())
+        appendDigits(text, value.GetUint64());
+    else if (value.IsDouble())
+        appendNumber(text, value.GetDouble());
+    else
+        text += QLatin1String("null");
 }
 
 /// An object or array whose values are being written.
@@ -157,7 +170,7 @@ struct Open
         if (container->IsArray())
             return (*container)[next++];
         const auto& member = *(container->MemberBegin() + static_cast<std::ptrdiff_t>(next++));
-        text += quoted(textOf(member.name));
+        appendQuoted(text, textOf(member.name));
         text += QLatin1Char(':');
         return member.value;
     }
@@ -176,7 +189,7 @@ QString nestedText(const Value& root)
         }
         const Value& value = open.back().take(text);
         if (!isNested(value)) {
-            text += plainText(value);
+            appendPlain(text, value);
             continue;
         }
         text += QLatin1Char(value.IsObject() ? '{' : '[');
@@ -189,32 +202,36 @@ QString nestedText(const Value& root)
 
 QString Korvane::jsKeyValue(const QString& key, int value, bool comma)
 {
-    return member(key, QString::number(value), comma);
+    return member(key, mostDigits, comma, [value](QString& text) { appendDigits(text, value); });
 }
 
 QString Korvane::jsKeyInt64Value(const QString& key, qint64 value, bool comma)
 {
-    return member(key, QString::number(value), comma);
+    return member(key, mostDigits, comma, [value](QString& text) { appendDigits(text, value); });
 }
 
 QString Korvane::jsKeyStringValue(const QString& key, const QString& value, bool comma)
 {
-    return member(key, quoted(value), comma);
+    return member(key, value.size() + 2, comma, [&value](QString& text) { appendQuoted(text, value); });
 }
 
 QString Korvane::jsKeyDoubleValue(const QString& key, double value, bool comma)
 {
-    return member(key, numberText(value), comma);
+    return member(key, mostDigits, comma, [value](QString& text) { appendNumber(text, value); });
 }
 
 QString Korvane::jsKeyObjectValue(const QString& key, const QString& valueText, bool comma)
 {
-    return member(key, valueText, comma);
+    return member(key, valueText.size(), comma, [&valueText](QString& text) { text += valueText; });
 }
 
 QString Korvane::getJsonString(const Value& value)
 {
     if (value.IsString())
         return textOf(value);
-    return isNested(value) ? nestedText(value) : plainText(value);
+    if (isNested(value))
+        return nestedText(value);
+    QString text;
+    appendPlain(text, value);
+    return text;
 }

@@ -4,6 +4,7 @@
 #include "apps/designer/designerwindow.h"
 #include "host/canvas/canvasview.h"
 #include "host/design/designdocument.h"
+#include "tests/support/activewindow.h"
 #include "tests/support/ownsettings.h"
 #include "tests/support/testproject.h"
 
@@ -114,7 +115,7 @@ private Q_SLOTS:
         QVERIFY(m_window->openPage(text("plant")));
         m_window->show();
         m_window->activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), m_window.get());
+        QVERIFY(becomesActive(*m_window));
         m_tree = m_window->findChild<QDockWidget*>(text("points"))->findChild<QTreeView*>();
         m_tree->expandAll();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));

@@ -5,6 +5,7 @@
 #include "apps/runtime/runtimewindow.h"
 #include "host/accountview/logondialog.h"
 #include "scada/widgets/controlconfirm.h"
+#include "tests/support/activewindow.h"
 #include "tests/support/indialog.h"
 #include "tests/support/operatedproject.h"
 #include "tests/support/ownsettings.h"
@@ -73,7 +74,7 @@ private Q_SLOTS:
         window.move(0, 0);
         window.show();
         window.activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), &window);
+        QVERIFY(becomesActive(window));
         system->start();
 
         logOn();

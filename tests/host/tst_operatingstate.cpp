@@ -68,6 +68,31 @@ private Q_SLOTS:
         QVERIFY(state.remove(pump, Kind::ControlInhibited));
     }
 
+    void kindsAreTakenBackAtOnce()
+    {
+        TemporaryFiles files;
+        const QString name = files.path(text("operating.db"));
+        OperatingState state;
+        QVERIFY(state.open(name));
+        for (const Kind kind :
+             {Kind::Substitution, Kind::LowLowLimit, Kind::HighLimit, Kind::DeadBand, Kind::StatisticsReset})
+            QVERIFY(state.set(level, kind, entry(text("5"))));
+        QVERIFY(state.set(unit, Kind::HighLimit, entry(text("5"))));
+        QVERIFY(state.remove(level, Kind::LowLowLimit, Kind::DeadBand));
+        const auto check = [](const OperatingState& kept) {
+            QVERIFY(kept.find(level, Kind::Substitution).has_value());
+            QVERIFY(!kept.find(level, Kind::LowLowLimit));
+            QVERIFY(!kept.find(level, Kind::HighLimit));
+            QVERIFY(!kept.find(level, Kind::DeadBand));
+            QVERIFY(kept.find(level, Kind::StatisticsReset).has_value());
+            QVERIFY(kept.find(unit, Kind::HighLimit).has_value());
+        };
+        check(state);
+        state.close();
+        QVERIFY(state.open(name));
+        check(state);
+    }
+
     void itOutlastsTheProgram()
     {
         TemporaryFiles files;

@@ -424,10 +424,7 @@ private Q_SLOTS:
             points.push_back({ScadaObjectType::AnalogPoint, 200001 + i, QStringLiteral("STATION.POINT%1").arg(i)});
             points.back().high = i;
         }
-        QElapsedTimer timer;
-        timer.start();
         QVERIFY(store.importPoints(points));
-        QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
         const auto loaded = store.loadPoints();
         QVERIFY(loaded);
         QCOMPARE(loaded->size(), points.size());

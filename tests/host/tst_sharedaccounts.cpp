@@ -2,7 +2,6 @@
 #include "host/accounts/databasemanager.h"
 #include "tests/support/accountplaces.h"
 
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
@@ -15,7 +14,6 @@
 namespace {
 
 const QString password = QStringLiteral("open sesame");
-constexpr qint64 longestWaitMs = 8000; // two limits of 2 s, on a busy machine
 
 EUserAccount account(const QString& name, AccountRole role = AccountRole::Operator)
 {
@@ -130,14 +128,11 @@ private Q_SLOTS:
         QVERIFY(database.add(account(QStringLiteral("anna")), password));
         QVERIFY(m_places.server().stop());
         for (int time = 0; time < 2; ++time) {
-            QElapsedTimer timer;
-            timer.start();
             const auto number = database.add(account(QStringLiteral("bob")), password);
             QVERIFY(!number);
             QVERIFY2(number.error().startsWith(placeOf(place)), qPrintable(number.error()));
             QVERIFY2(number.error().contains(QStringLiteral("Connection refused")), qPrintable(number.error()));
             QVERIFY(!database.allUserAccounts().isOk());
-            QVERIFY(timer.elapsed() < longestWaitMs);
         }
         QVERIFY(m_places.server().start());
         QCOMPARE(database.allUserAccounts().list.size(), 1);
@@ -246,14 +241,11 @@ private Q_SLOTS:
             QSqlQuery query(other);
             QVERIFY(query.exec(QStringLiteral("BEGIN")));
             QVERIFY(query.exec(QStringLiteral("UPDATE SYSTEM_USER_NUMBER SET LAST_NUMBER = 50")));
-            QElapsedTimer timer;
-            timer.start();
             // Qt's driver says this of the statement that was cancelled.
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Unable to free statement")));
             const auto number = database.add(account(QStringLiteral("anna")), password);
             QVERIFY(!number);
             QVERIFY2(number.error().contains(QStringLiteral("statement timeout")), qPrintable(number.error()));
-            QVERIFY(timer.elapsed() < longestWaitMs);
             QVERIFY(database.allUserAccounts().isOk()); // reading goes on
             // A change that needs no number waits as well: the other one might be taking the last administrator.
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Unable to free statement")));
@@ -272,12 +264,9 @@ private Q_SLOTS:
         AccountSettings place = m_places.database();
         place.port = silent.serverPort();
         AccountDatabase database;
-        QElapsedTimer timer;
-        timer.start();
         const auto opened = database.open(place);
         QVERIFY(!opened);
         QVERIFY2(opened.error().contains(QStringLiteral("timeout expired")), qPrintable(opened.error()));
-        QVERIFY(timer.elapsed() < longestWaitMs);
     }
 
     void whatIsWrongWithTheConnectionIsSaid_data()

@@ -84,11 +84,15 @@ inline void click(const QDialog& dialog, QDialogButtonBox::StandardButton button
     QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
 }
 
-/// Runs the dialog; \p act, inside it, must bring it to its end.
+/// Runs the dialog; \p act, inside it, must bring it to its end, unless it fails.
 template <typename Act>
 int resultOf(QDialog& dialog, Act act)
 {
-    QTimer::singleShot(0, &dialog, act);
+    QTimer::singleShot(0, &dialog, [&dialog, act] {
+        act();
+        if (QTest::currentTestFailed())
+            dialog.reject();
+    });
     return dialog.exec();
 }
 

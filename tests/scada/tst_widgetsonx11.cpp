@@ -5,6 +5,7 @@
 #include "scada/widgets/pointselectwidget.h"
 #include "scada/widgets/pointtooltipwidget.h"
 #include "tests/scada/confirmedcommands.h"
+#include "tests/support/activewindow.h"
 #include "tests/support/testcore.h"
 
 #include <QDrag>
@@ -114,7 +115,7 @@ private Q_SLOTS:
         m_desk->resize(400, 300);
         m_desk->show();
         m_desk->activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), m_desk.get());
+        QVERIFY(becomesActive(*m_desk));
     }
     void cleanup() { m_desk.reset(); }
 
@@ -178,13 +179,13 @@ private Q_SLOTS:
         auto* password = dialog.findChild<QLineEdit*>(QStringLiteral("password"));
         const QList<ShownBox> boxes = boxesDuring([&] {
             const int result = resultOf(dialog, [&] {
-                QTRY_COMPARE(QApplication::activeWindow(), &dialog);
+                QVERIFY(becomesActive(dialog));
                 press("Tab"); // past the user
                 QTRY_VERIFY(password->hasFocus());
                 type("wrong");
                 press("Return");
                 QTRY_COMPARE(users.asked.size(), 1);
-                QTRY_COMPARE(QApplication::activeWindow(), &dialog);
+                QVERIFY(becomesActive(dialog));
                 press("ctrl+a");
                 type("k1");
                 QTRY_COMPARE(password->text(), QStringLiteral("k1"));
