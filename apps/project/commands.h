@@ -12,5 +12,6 @@ int render(const QStringList& arguments);
 int importPoints(const QStringList& arguments);
 int exportPoints(const QStringList& arguments);
 int user(const QStringList& arguments);
+int audit(const QStringList& arguments);
 
 } // namespace Commands

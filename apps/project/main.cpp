@@ -19,7 +19,7 @@ struct Command
     int (*run)(const QStringList& arguments);
 };
 
-constexpr std::array<Command, 7> commands = {{
+constexpr std::array<Command, 8> commands = {{
     {"check", "[folder] [--json]", "finds what is wrong with a project", &Commands::check},
     {"where-used", "TAG [folder] [--json]", "tells every place where an object is named", &Commands::whereUsed},
     {"rename", "OLD NEW [folder] [--dry-run]", "gives an object another name everywhere; --undo takes it back",
@@ -28,6 +28,7 @@ constexpr std::array<Command, 7> commands = {{
     {"import", "FILE [folder] [--dry-run]", "merges a list of points into the project's", &Commands::importPoints},
     {"export", "[folder] -o FILE", "writes the list of points with all columns", &Commands::exportPoints},
     {"user", "add|change|... NAME [folder]", "manages the user accounts; --list tells them", &Commands::user},
+    {"audit", "[folder] [--list] [--csv]", "proves that the audit log is as it was written", &Commands::audit},
 }};
 
 QString helpText()

@@ -4,6 +4,7 @@
 #include "apps/support/passwordprompt.h"
 #include "apps/support/program.h"
 #include "host/accounts/accountdatabase.h"
+#include "host/control/accountlog.h"
 #include "host/core/project.h"
 
 #include <QFile>
@@ -126,7 +127,9 @@ int Commands::user(const QStringList& arguments)
     const bool isLocal = project->accounts.driver == AccountSettings::Driver::Sqlite;
     if (line.isSet("list") && isLocal && !QFile::exists(project->accounts.fileName))
         return ExitCode::fine; // nobody yet, and no file to be made for that
+    AccountLog log(project->operatingFile(), QStringLiteral("project tool"));
     AccountDatabase accounts;
+    accounts.setRecorder([&log](const AccountEvent& event) { return log.record(event); });
     if (const auto opened = accounts.open(project->accounts); !opened)
         return Output::failed(opened.error());
     return line.isSet("list") ? list(accounts) : act(accounts, line, line.argument(0), line.argument(1));

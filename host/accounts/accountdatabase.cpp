@@ -8,6 +8,7 @@
 namespace {
 
 using Failed = tl::unexpected<QString>;
+using Kind = AccountEvent::Kind;
 
 tl::expected<void, QString> checkName(const QString& name)
 {
@@ -43,6 +44,15 @@ tl::expected<QByteArray, QString> hashOf(const QString& password)
         break;
     }
     return Failed(AccountDatabase::tr("The password is too long."));
+}
+
+AccountEvent eventOf(Kind kind, const QString& name, qint32 number)
+{
+    AccountEvent event;
+    event.kind = kind;
+    event.account = name;
+    event.number = number;
+    return event;
 }
 
 } // namespace
@@ -84,7 +94,7 @@ tl::expected<AccountTables, QString> AccountDatabase::tables() const
     return AccountTables(*database, place);
 }
 
-/// Makes a change of several statements, all of it or none.
+/// Makes a change of several statements and has it recorded, all of it or none.
 tl::expected<void, QString> AccountDatabase::changeAll(const Change& change)
 {
     const auto changed = tables();
@@ -92,16 +102,29 @@ tl::expected<void, QString> AccountDatabase::changeAll(const Change& change)
         return Failed(changed.error());
     QSqlDatabase database = QSqlDatabase::database(m_connection, false);
     Transaction transaction(database);
-    const auto failed = [&] {
-        return Failed(QStringLiteral("%1: %2").arg(AccountConnection::nameOf(m_settings),
-                                                   reasonOf(database.lastError()).trimmed()));
+    const auto failure = [&] {
+        return QStringLiteral("%1: %2").arg(AccountConnection::nameOf(m_settings),
+                                            reasonOf(database.lastError()).trimmed());
     };
     if (!transaction.isOpen())
-        return failed();
+        return Failed(failure());
     auto made = changed->beginChange().and_then([&] { return change(*changed); });
-    if (made && !transaction.commit())
-        return failed();
-    return made;
+    if (!made)
+        return Failed(made.error());
+    if (const auto recorded = record(*made); !recorded)
+        return Failed(tr("%1; the account is as it was").arg(recorded.error()));
+    if (transaction.commit())
+        return {};
+    made->isDone = false;
+    made->text = failure();
+    // What it fails with is told in any case.
+    const auto corrected = record(*made);
+    return Failed(corrected ? made->text : QStringLiteral("%1; %2").arg(made->text, corrected.error()));
+}
+
+tl::expected<void, QString> AccountDatabase::record(const AccountEvent& event) const
+{
+    return m_recorder ? m_recorder(event) : tl::expected<void, QString>();
 }
 
 EntityMultiResult<EUserAccount> AccountDatabase::allUserAccounts() const
@@ -138,7 +161,12 @@ tl::expected<qint32, QString> AccountDatabase::add(const EUserAccount& account, 
         return Failed(hash.error());
     qint32 number = 0;
     const auto added = changeAll([&](const AccountTables& tables) {
-        return tables.insert(account, *hash).map([&number](qint32 given) { number = given; });
+        return tables.insert(account, *hash).map([&](qint32 given) {
+            number = given;
+            AccountEvent event = eventOf(Kind::Add, account.name, given);
+            event.after = AccountTables::rightsText(account);
+            return event;
+        });
     });
     return added.map([number] { return number; });
 }
@@ -147,20 +175,34 @@ tl::expected<void, QString> AccountDatabase::change(const EUserAccount& account)
 {
     if (auto good = checkRights(account); !good)
         return good;
-    return changeAll([&account](const AccountTables& tables) -> tl::expected<void, QString> {
+    return changeAll([&account](const AccountTables& tables) -> tl::expected<AccountEvent, QString> {
+        const auto before = tables.rightsOf(account.number);
+        if (!before)
+            return Failed(before.error());
         if (account.role != accountRoleName(AccountRole::Administrator)) {
-            if (auto allowed = tables.checkOthersAdminister(account.number); !allowed)
-                return allowed;
+            if (const auto allowed = tables.checkOthersAdminister(account.number); !allowed)
+                return Failed(allowed.error());
         }
-        return tables.setRights(account);
+        AccountEvent event = eventOf(Kind::ChangeRights, before->name, account.number);
+        event.before = before->text;
+        event.after = AccountTables::rightsText(account);
+        return tables.setRights(account).map([&event] { return event; });
     });
 }
 
 tl::expected<void, QString> AccountDatabase::remove(const QString& name)
 {
-    return changeAll([&name](const AccountTables& tables) {
-        return tables.numberOf(name).and_then([&tables](qint32 number) {
-            return tables.checkOthersAdminister(number).and_then([&] { return tables.remove(number); });
+    return changeAll([&name](const AccountTables& tables) -> tl::expected<AccountEvent, QString> {
+        const auto number = tables.numberOf(name);
+        if (!number)
+            return Failed(number.error());
+        const auto before = tables.rightsOf(*number);
+        if (!before)
+            return Failed(before.error());
+        AccountEvent event = eventOf(Kind::Remove, name, *number);
+        event.before = before->text;
+        return tables.checkOthersAdminister(*number).and_then([&] { return tables.remove(*number); }).map([&event] {
+            return event;
         });
     });
 }
@@ -171,20 +213,24 @@ tl::expected<void, QString> AccountDatabase::setPassword(const QString& name, co
     if (!hash)
         return Failed(hash.error());
     return changeAll([&](const AccountTables& tables) {
-        return tables.numberOf(name).and_then([&](qint32 number) { return tables.setHash(number, *hash); });
+        return tables.numberOf(name).and_then([&](qint32 number) {
+            return tables.setHash(number, *hash).map([&] { return eventOf(Kind::SetPassword, name, number); });
+        });
     });
 }
 
 tl::expected<void, QString> AccountDatabase::setLocked(const QString& name, bool locked)
 {
-    return changeAll([&](const AccountTables& tables) {
-        return tables.numberOf(name).and_then([&](qint32 number) -> tl::expected<void, QString> {
-            if (locked) {
-                if (auto allowed = tables.checkOthersAdminister(number); !allowed)
-                    return allowed;
-            }
-            return tables.setLocked(number, locked);
-        });
+    return changeAll([&](const AccountTables& tables) -> tl::expected<AccountEvent, QString> {
+        const auto number = tables.numberOf(name);
+        if (!number)
+            return Failed(number.error());
+        if (locked) {
+            if (const auto allowed = tables.checkOthersAdminister(*number); !allowed)
+                return Failed(allowed.error());
+        }
+        const Kind kind = locked ? Kind::Lock : Kind::Unlock;
+        return tables.setLocked(*number, locked).map([&] { return eventOf(kind, name, *number); });
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/accounts/accountevent.h"
 #include "host/accounts/accountrole.h"
 #include "host/accounts/accountsettings.h"
 #include "host/hostexport.h"
@@ -16,6 +17,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 class AccountTables;
 
@@ -49,6 +51,10 @@ public:
     void close();
     /// Whether there is a database to ask, be it within reach just now or not.
     bool isOpen() const { return !m_connection.isEmpty(); }
+
+    /// Who accounts for each change of an account, just before it comes into force: where that fails it is not made. A
+    /// change that the database refuses behind that is accounted for once more, as one that was not done. Nobody unless set.
+    void setRecorder(AccountRecorder recorder) { m_recorder = std::move(recorder); }
 
     /// An account whose areas can't be read is an error, since no areas would stand for all.
     EntityMultiResult<EUserAccount> allUserAccounts() const override;
@@ -84,10 +90,13 @@ public:
     tl::expected<Secret, QString> secret(const QString& name) const;
 
 private:
-    using Change = std::function<tl::expected<void, QString>(const AccountTables&)>;
+    /// \returns what it did
+    using Change = std::function<tl::expected<AccountEvent, QString>(const AccountTables&)>;
     tl::expected<AccountTables, QString> tables() const;
     tl::expected<void, QString> changeAll(const Change& change);
+    tl::expected<void, QString> record(const AccountEvent& event) const;
 
     QString m_connection; ///< name of the Qt connection; empty while closed
     AccountSettings m_settings;
+    AccountRecorder m_recorder;
 };

@@ -16,6 +16,18 @@ QString textOf(const QStringList& areas)
     return QString::fromUtf8(QJsonDocument(QJsonArray::fromStringList(areas)).toJson(QJsonDocument::Compact));
 }
 
+QString rightsText(const QString& role, const QString& areas)
+{
+    if (areas == textOf(QStringList()))
+        return QStringLiteral("%1, all areas").arg(role);
+    return QStringLiteral("%1, areas %2").arg(role, areas);
+}
+
+tl::unexpected<QString> noSuchNumber(qint32 number)
+{
+    return tl::make_unexpected(AccountDatabase::tr("There is no user number %1.").arg(number));
+}
+
 std::optional<QStringList> areasOf(const QString& text)
 {
     const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
@@ -117,6 +129,21 @@ tl::expected<qint32, QString> AccountTables::numberOf(const QString& name) const
     return query->value(0).toInt();
 }
 
+tl::expected<AccountTables::Rights, QString> AccountTables::rightsOf(qint32 number) const
+{
+    auto query = run("SELECT NAME, ROLE, AREAS FROM SYSTEM_USER_ACCOUNT WHERE NUMBER = ?", {number});
+    if (!query)
+        return tl::make_unexpected(query.error());
+    if (!query->next())
+        return noSuchNumber(number);
+    return Rights{query->value(0).toString(), ::rightsText(query->value(1).toString(), query->value(2).toString())};
+}
+
+QString AccountTables::rightsText(const EUserAccount& account)
+{
+    return ::rightsText(account.role, textOf(account.areas));
+}
+
 tl::expected<QSet<qint32>, QString> AccountTables::locked() const
 {
     return run("SELECT NUMBER FROM SYSTEM_USER_PASSWORD WHERE LOCKED <> 0").map([](QSqlQuery query) {
@@ -177,7 +204,7 @@ tl::expected<void, QString> AccountTables::setRights(const EUserAccount& account
         .and_then([&account](const QSqlQuery& query) -> tl::expected<void, QString> {
             if (query.numRowsAffected() == 1)
                 return {};
-            return tl::make_unexpected(AccountDatabase::tr("There is no user number %1.").arg(account.number));
+            return noSuchNumber(account.number);
         });
 }
 

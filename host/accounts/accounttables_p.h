@@ -22,6 +22,15 @@ public:
     tl::expected<std::optional<EUserAccount>, QString> find(const QString& name) const;
     /// \returns an error when there is no such account
     tl::expected<qint32, QString> numberOf(const QString& name) const;
+    /// What an account may, as logs hold it: "operator, areas [\"North\"]".
+    struct Rights
+    {
+        QString name; ///< of the account
+        QString text;
+    };
+    /// Also where the areas can't be read. \returns an error when there is no such account
+    tl::expected<Rights, QString> rightsOf(qint32 number) const;
+    static QString rightsText(const EUserAccount& account);
     /// Numbers of the accounts that are locked.
     tl::expected<QSet<qint32>, QString> locked() const;
     tl::expected<AccountDatabase::Secret, QString> secret(const QString& name) const;

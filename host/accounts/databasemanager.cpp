@@ -41,6 +41,17 @@ QString secondsText(milliseconds duration)
     return QString::number(seconds.count());
 }
 
+AccountEvent sessionEvent(AccountEvent::Kind kind, const EUserAccount& account, const QString& text)
+{
+    AccountEvent event;
+    event.kind = kind;
+    event.account = account.name;
+    event.number = account.number;
+    event.user = account.name;
+    event.text = text;
+    return event;
+}
+
 } // namespace
 
 DatabaseManager::DatabaseManager(AccountDatabase& accounts, Clock clock, Verifier verifier, QObject* parent)
@@ -51,13 +62,17 @@ DatabaseManager::DatabaseManager(AccountDatabase& accounts, Clock clock, Verifie
 {
 }
 
-DatabaseManager::~DatabaseManager() = default;
+DatabaseManager::~DatabaseManager()
+{
+    if (m_current && m_recorder) // whoever would be told of a failure may be gone
+        static_cast<void>(m_recorder(sessionEvent(Kind::LogOff, *m_current, tr("the program ended"))));
+}
 
 void DatabaseManager::setSecured(bool secured)
 {
     m_isSecured = secured;
     if (!secured)
-        logOff();
+        endSession(tr("user security was turned off"));
 }
 
 QString DatabaseManager::currentUserId()
@@ -69,12 +84,14 @@ bool DatabaseManager::checkCurrentUserPassword(const QString& password)
 {
     if (!m_isSecured)
         return true;
-    return m_current && check(QString(m_current->name), password) && m_current; // the check may have logged him off
+    if (!m_current || !check(Kind::CheckPassword, QString(m_current->name), password))
+        return false;
+    return m_current.has_value(); // the check may have logged him off
 }
 
 bool DatabaseManager::checkUserPassword(const QString& user, const QString& password, QString& message)
 {
-    const auto checked = check(user, password);
+    const auto checked = check(Kind::CheckPassword, user, password);
     if (!checked)
         message = checked.error();
     return checked.has_value();
@@ -84,26 +101,55 @@ tl::expected<void, QString> DatabaseManager::logOn(const QString& user, const QS
 {
     if (!m_isSecured)
         return Failed(tr("This project has no user security."));
-    if (auto checked = check(user, password); !checked)
+    if (auto checked = check(Kind::LogOn, user, password); !checked)
         return checked;
     const auto found = m_accounts.find(user);
     if (!found)
-        return Failed(found.error());
+        return refuse(Kind::LogOn, user, found.error());
     if (!*found) // removed since the check
-        return Failed(tr("The user name or the password is wrong."));
-    logOff();
+        return refuse(Kind::LogOn, user, tr("The user name or the password is wrong."));
+    endSession(tr("another log-on took its place"));
     m_current = **found;
-    Q_EMIT loggedOn(QString(m_current->name)); // whoever hears of it may end the session
+    const AccountEvent begun = sessionEvent(Kind::LogOn, *m_current, {});
+    record(begun);
+    Q_EMIT loggedOn(begun.account); // whoever hears of it, or of a problem, may end the session
     return {};
 }
 
 void DatabaseManager::logOff()
 {
+    endSession({});
+}
+
+void DatabaseManager::endSession(const QString& why)
+{
     if (!m_current)
         return;
-    const QString user = m_current->name;
+    const EUserAccount leaving = *m_current;
     m_current.reset();
-    Q_EMIT loggedOff(user);
+    record(sessionEvent(Kind::LogOff, leaving, why));
+    Q_EMIT loggedOff(leaving.name);
+}
+
+void DatabaseManager::record(const AccountEvent& event)
+{
+    if (!m_recorder)
+        return;
+    if (const auto recorded = m_recorder(event); !recorded)
+        Q_EMIT problemFound(recorded.error());
+}
+
+Failed DatabaseManager::refuse(Kind kind, const QString& user, const QString& text)
+{
+    AccountEvent event;
+    event.kind = kind;
+    event.account = countedName(user);
+    if (kind == Kind::LogOn) // nobody else asked for that
+        event.user = event.account;
+    event.isDone = false;
+    event.text = text;
+    record(event);
+    return Failed(text);
 }
 
 std::optional<EUserAccount> DatabaseManager::account(const QString& user) const
@@ -117,7 +163,7 @@ tl::expected<void, QString> DatabaseManager::changePassword(const QString& oldPa
     if (!m_current)
         return Failed(tr("Nobody is logged on."));
     const QString user = m_current->name;
-    if (auto checked = check(user, oldPassword); !checked)
+    if (auto checked = check(Kind::CheckPassword, user, oldPassword); !checked)
         return checked;
     if (!m_current) // logged off by the check: that name is another account's now
         return Failed(tr("Nobody is logged on."));
@@ -144,13 +190,24 @@ bool DatabaseManager::may(const EUserAccount& account, AccountRole role, const Q
     return own && *own >= role && isInArea;
 }
 
-/// One hash is computed whether there is such a user or not, and none while he is refused.
-tl::expected<void, QString> DatabaseManager::check(const QString& user, const QString& password)
+tl::expected<void, QString> DatabaseManager::check(Kind kind, const QString& user, const QString& password)
 {
     if (!m_isSecured)
         return {};
-    if (const milliseconds left = refusal(user); left.count() > 0)
-        return Failed(tr("Too many wrong passwords: try again in %1 s.").arg(secondsText(left)));
+    if (const milliseconds left = refusal(user); left.count() > 0) {
+        const QString text = tr("Too many wrong passwords: try again in %1 s.").arg(secondsText(left));
+        if (std::exchange(m_failures[countedName(user)].isRefusalRecorded, true))
+            return Failed(text); // or whoever tries on and on would fill the disk
+        return refuse(kind, user, text);
+    }
+    if (const auto compared = compare(user, password); !compared)
+        return refuse(kind, user, compared.error());
+    return {};
+}
+
+/// One hash is computed whether there is such a user or not.
+tl::expected<void, QString> DatabaseManager::compare(const QString& user, const QString& password)
+{
     const auto secret = m_accounts.secret(user);
     if (!secret)
         return Failed(secret.error());
@@ -177,7 +234,7 @@ void DatabaseManager::refreshCurrent(const AccountDatabase::Secret& secret)
     if (!found)
         return;
     if (!*found || (*found)->number != m_current->number || secret.isLocked)
-        logOff();
+        endSession(tr("the account was removed or locked"));
     else
         m_current = **found;
 }
@@ -202,6 +259,7 @@ void DatabaseManager::noteFailure(const QString& user)
     failures.lastMs = m_clock();
     ++failures.count;
     failures.refusedUntilMs = failures.lastMs + refusalAfter(failures.count).count();
+    failures.isRefusalRecorded = false;
 }
 
 void DatabaseManager::dropOldestFailures()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/accounts/accountdatabase.h"
+#include "host/accounts/accountevent.h"
 #include "host/accounts/accountrole.h"
 #include "host/hostexport.h"
 #include "platform/core/korvanedatabasemanagerinterface.h"
@@ -16,6 +17,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <utility>
 
 /// The reference host's front to the user accounts: who is logged on at this workplace, and whose password is right.
 ///
@@ -51,6 +53,11 @@ public:
     explicit DatabaseManager(AccountDatabase& accounts, Clock clock = {}, Verifier verifier = {},
                              QObject* parent = nullptr);
     ~DatabaseManager() override;
+
+    /// Who accounts for log-ons, log-offs and every password that was not taken; nobody unless set. Of attempts that are
+    /// refused at once, the first of each span is accounted for. What can't be is done all the same, and told. Called until
+    /// the manager is gone: its end is a log-off.
+    void setRecorder(AccountRecorder recorder) { m_recorder = std::move(recorder); }
 
     /// Turned off, it logs off who is logged on.
     void setSecured(bool secured);
@@ -93,6 +100,7 @@ public:
 Q_SIGNALS:
     void loggedOn(const QString& user);
     void loggedOff(const QString& user);
+    void problemFound(const QString& text);
 
 private:
     struct Failures
@@ -100,8 +108,15 @@ private:
         int count = 0;
         qint64 lastMs = 0;
         qint64 refusedUntilMs = 0;
+        bool isRefusalRecorded = false; ///< of the present span
     };
-    tl::expected<void, QString> check(const QString& user, const QString& password);
+    using Kind = AccountEvent::Kind;
+
+    tl::expected<void, QString> check(Kind kind, const QString& user, const QString& password);
+    tl::expected<void, QString> compare(const QString& user, const QString& password);
+    tl::unexpected<QString> refuse(Kind kind, const QString& user, const QString& text);
+    void record(const AccountEvent& event);
+    void endSession(const QString& why);
     void noteFailure(const QString& user);
     void dropOldestFailures();
     void refreshCurrent(const AccountDatabase::Secret& secret);
@@ -109,6 +124,7 @@ private:
     AccountDatabase& m_accounts;
     Clock m_clock;
     Verifier m_verifier;
+    AccountRecorder m_recorder;
     std::optional<EUserAccount> m_current;
     QHash<QString, Failures> m_failures; ///< by name; of names that failed last
     QHash<QString, quint64> m_proofs;

@@ -1,6 +1,7 @@
 #include "host/alarms/alarmdesk.h"
 
 #include "host/alarms/alarmmanager.h"
+#include "host/core/machineuser.h"
 #include "scada/hub/canvasscadaactionmanagerinterface.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 #include "scada/hub/korvanescadaruntimmanagerinterface.h"
@@ -29,9 +30,7 @@ QString AlarmDesk::user() const
     const KorvaneScadaRuntimManagerInterface* runtime = m_hub.runtimeManager();
     if (runtime)
         return runtime->currentUser();
-    // Without sessions, whoever uses the machine.
-    const QString user = qEnvironmentVariable("USER");
-    return user.isEmpty() ? qEnvironmentVariable("USERNAME") : user;
+    return machineUser();
 }
 
 int AlarmDesk::acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint)

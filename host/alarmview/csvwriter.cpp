@@ -47,12 +47,17 @@ tl::expected<void, QString> CsvWriter::open()
     return {};
 }
 
-void CsvWriter::write(const QVariantList& values)
+QByteArray CsvWriter::line(const QVariantList& values)
 {
     QStringList fields;
     for (const QVariant& value : values)
         fields.append(fieldOf(value));
-    m_file.write(fields.join(QLatin1Char(',')).toUtf8() + "\r\n");
+    return fields.join(QLatin1Char(',')).toUtf8() + "\r\n";
+}
+
+void CsvWriter::write(const QVariantList& values)
+{
+    m_file.write(line(values));
 }
 
 tl::expected<void, QString> CsvWriter::commit()

@@ -2,6 +2,7 @@
 
 #include "host/hostexport.h"
 
+#include <QByteArray>
 #include <QSaveFile>
 #include <QString>
 #include <QVariant>
@@ -21,6 +22,8 @@ public:
 
     /// \returns the reason, naming the file
     [[nodiscard]] tl::expected<void, QString> open();
+    /// A line with its end, as write() writes it, in UTF-8.
+    static QByteArray line(const QVariantList& values);
     /// Writes a line; a failure shows when the file is committed.
     void write(const QVariantList& values);
     /// \returns the reason why not all of it could be written, naming the file, which is as it was then

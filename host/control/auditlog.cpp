@@ -1,65 +1,16 @@
 #include "host/control/auditlog.h"
 
-#include "host/control/operationnames.h"
+#include "host/control/auditentry_p.h"
 #include "host/runtime/sql_p.h"
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QFileInfo>
+#include <QUrl>
 
 namespace {
 
-using Operation = ScadaOperationMessage::Operation;
-using Outcome = ScadaOperationMessage::Outcome;
-
 constexpr const char* noHash = ""; // in front of the first line
-
-// Members in the order of their names, so that the same line gives the same text.
-QByteArray entryOf(const ScadaOperationMessage& message, const QString& workplace)
-{
-    QJsonObject entry{
-        {QStringLiteral("request"), static_cast<double>(message.requestId)},
-        {QStringLiteral("operation"), OperationNames::nameOf(message.operation)},
-        {QStringLiteral("outcome"), OperationNames::nameOf(message.outcome)},
-        {QStringLiteral("objectType"), static_cast<int>(message.objectType)},
-        {QStringLiteral("objectId"), message.objectId},
-        {QStringLiteral("tag"), message.tag},
-        {QStringLiteral("user"), message.user},
-        {QStringLiteral("secondUser"), message.secondUser},
-        {QStringLiteral("reason"), message.reason},
-        {QStringLiteral("text"), message.text},
-        {QStringLiteral("workplace"), workplace},
-        {QStringLiteral("timeMs"), static_cast<double>(message.time.toMSecsSinceEpoch())},
-    };
-    if (message.value.isValid())
-        entry.insert(QStringLiteral("value"), QJsonValue::fromVariant(message.value));
-    if (message.before.isValid())
-        entry.insert(QStringLiteral("before"), QJsonValue::fromVariant(message.before));
-    return QJsonDocument(entry).toJson(QJsonDocument::Compact);
-}
-
-ScadaOperationMessage messageOf(const QByteArray& text)
-{
-    const QJsonObject entry = QJsonDocument::fromJson(text).object();
-    const auto textOf = [&entry](const char* name) { return entry.value(QLatin1String(name)).toString(); };
-    ScadaOperationMessage message;
-    message.requestId = static_cast<quint32>(entry.value(QLatin1String("request")).toDouble());
-    OperationNames::read(textOf("operation"), message.operation);
-    OperationNames::read(textOf("outcome"), message.outcome);
-    message.objectType = static_cast<Korvane::ScadaObjectType>(entry.value(QLatin1String("objectType")).toInt());
-    message.objectId = entry.value(QLatin1String("objectId")).toInt();
-    message.tag = textOf("tag");
-    message.user = textOf("user");
-    message.secondUser = textOf("secondUser");
-    message.reason = textOf("reason");
-    message.text = textOf("text");
-    message.value = entry.value(QLatin1String("value")).toVariant();
-    message.before = entry.value(QLatin1String("before")).toVariant();
-    message.time =
-        QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(entry.value(QLatin1String("timeMs")).toDouble()), Qt::UTC);
-    return message;
-}
 
 QByteArray hashOf(const QByteArray& before, qint64 line, const QByteArray& entry)
 {
@@ -82,7 +33,6 @@ QStringList schema()
         // What was last, apart from the lines: what was cut off would not be missed otherwise.
         QStringLiteral("CREATE TABLE IF NOT EXISTS audit_end (place INTEGER PRIMARY KEY CHECK (place = 1), "
                        "line INTEGER NOT NULL, hash TEXT NOT NULL)"),
-        QStringLiteral("INSERT OR IGNORE INTO audit_end VALUES (1, 0, '')"),
         refusal.arg(QStringLiteral("update")),
         refusal.arg(QStringLiteral("delete")),
         // A line that replaces another one is no change and no deletion to SQLite.
@@ -90,6 +40,23 @@ QStringList schema()
                        "WHEN EXISTS (SELECT 1 FROM audit_log WHERE line = NEW.line) "
                        "BEGIN SELECT RAISE(ABORT, 'lines of the audit log are never changed'); END"),
     };
+}
+
+// Beside the file while a program has it open, or after one that was killed.
+QString journalOf(const QString& fileName)
+{
+    return fileName + QStringLiteral("-wal");
+}
+QString journalIndexOf(const QString& fileName)
+{
+    return fileName + QStringLiteral("-shm");
+}
+
+// Without a journal it takes a promise that nobody writes to keep SQLite from making one.
+QString readOnlyAddress(const QString& fileName, bool hasJournal)
+{
+    const QString file = QUrl::fromLocalFile(fileName).toString(QUrl::FullyEncoded);
+    return file + (hasJournal ? QStringLiteral("?readonly_shm=1") : QStringLiteral("?immutable=1"));
 }
 
 } // namespace
@@ -101,7 +68,8 @@ AuditLog::~AuditLog()
 
 tl::unexpected<QString> AuditLog::failure(const QString& what) const
 {
-    return tl::make_unexpected(QStringLiteral("%1: the audit log %2").arg(m_fileName, what));
+    const QString place = m_fileName.isEmpty() ? QString() : m_fileName + QStringLiteral(": ");
+    return tl::make_unexpected(QStringLiteral("%1the audit log %2").arg(place, what));
 }
 
 tl::expected<void, QString> AuditLog::open(const QString& fileName)
@@ -124,6 +92,37 @@ tl::expected<void, QString> AuditLog::openInMemory()
     return open(QStringLiteral(":memory:"));
 }
 
+tl::expected<void, QString> AuditLog::openReadOnly(const QString& fileName)
+{
+    close();
+    m_fileName = QDir::toNativeSeparators(fileName);
+    if (!QFileInfo(fileName).isFile())
+        return failure(QStringLiteral("can't be read: there is no such file"));
+    const QString file = QFileInfo(fileName).canonicalFilePath(); // a journal lies beside that
+    m_fileName = QDir::toNativeSeparators(file);
+    m_hadJournal = QFileInfo::exists(journalOf(file));
+    m_changed = QFileInfo(file).lastModified();
+    m_connection = newConnectionName("audit");
+    const auto checked = openSqlite(m_connection, readOnlyAddress(file, m_hadJournal),
+                                    QStringLiteral(";QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"))
+                             .and_then([this](const QSqlDatabase&) { return checkLayout(); });
+    if (checked)
+        return {};
+    const bool isHalf = m_hadJournal && !QFileInfo::exists(journalIndexOf(file));
+    const auto refused =
+        failure(isHalf ? QStringLiteral("can't be read: %1 is missing").arg(journalIndexOf(QFileInfo(file).fileName()))
+                       : QStringLiteral("can't be read: %1").arg(checked.error()));
+    close();
+    return refused;
+}
+
+bool AuditLog::isOvertaken() const
+{
+    if (QFileInfo::exists(journalOf(m_fileName)) != m_hadJournal)
+        return true;
+    return !m_hadJournal && QFileInfo(m_fileName).lastModified() != m_changed;
+}
+
 void AuditLog::close()
 {
     if (!isOpen())
@@ -140,10 +139,34 @@ tl::expected<void, QString> AuditLog::prepare()
         if (auto done = execute(database, statement); !done)
             return done;
     }
-    return {};
+    // Whoever writes to a file that is complete is not to be waited for.
+    const auto ends = ask(database, QStringLiteral("SELECT count(*) FROM audit_end"));
+    if (!ends)
+        return tl::make_unexpected(ends.error());
+    if (ends->toInt() > 0)
+        return {};
+    return execute(database, QStringLiteral("INSERT OR IGNORE INTO audit_end VALUES (1, 0, '')"));
+}
+
+tl::expected<void, QString> AuditLog::checkLayout() const
+{
+    QSqlDatabase database = QSqlDatabase::database(m_connection, false);
+    return execute(database, QStringLiteral("SELECT line, time_ms, entry, hash FROM audit_log LIMIT 0"))
+        .and_then(
+            [&database] { return execute(database, QStringLiteral("SELECT line, hash FROM audit_end LIMIT 0")); });
 }
 
 tl::expected<void, QString> AuditLog::append(const ScadaOperationMessage& message, const QString& workplace)
+{
+    return write(AuditEntry::of(message, workplace), message.time.toMSecsSinceEpoch());
+}
+
+tl::expected<void, QString> AuditLog::append(const AccountEvent& event, const QString& workplace, const QDateTime& time)
+{
+    return write(AuditEntry::of(event, workplace, time), time.toMSecsSinceEpoch());
+}
+
+tl::expected<void, QString> AuditLog::write(const QByteArray& entry, qint64 timeMs)
 {
     if (!isOpen())
         return failure(QStringLiteral("is not open"));
@@ -157,14 +180,13 @@ tl::expected<void, QString> AuditLog::append(const ScadaOperationMessage& messag
     if (!transaction.isOpen() || !end.exec(QStringLiteral("SELECT line, hash FROM audit_end")) || !end.next())
         return failure(QStringLiteral("can't be read: %1").arg(reasonOf(end)));
     const qint64 line = end.value(0).toLongLong() + 1;
-    const QByteArray entry = entryOf(message, workplace);
     const QByteArray hash = hashOf(end.value(1).toByteArray(), line, entry);
     end.finish();
 
     QSqlQuery insert(database);
     insert.prepare(QStringLiteral("INSERT INTO audit_log (line, time_ms, entry, hash) VALUES (?, ?, ?, ?)"));
     insert.addBindValue(line);
-    insert.addBindValue(message.time.toMSecsSinceEpoch());
+    insert.addBindValue(timeMs);
     insert.addBindValue(QString::fromUtf8(entry));
     insert.addBindValue(QString::fromLatin1(hash));
     QSqlQuery update(database);
@@ -188,23 +210,48 @@ tl::expected<QList<ScadaOperationMessage>, QString> AuditLog::read(const QDateTi
     QSqlQuery query(QSqlDatabase::database(m_connection, false));
     query.setForwardOnly(true);
     query.prepare(QStringLiteral("SELECT entry FROM audit_log WHERE time_ms BETWEEN ? AND ? "
-                                 "ORDER BY line DESC LIMIT ?"));
+                                 "ORDER BY line DESC"));
     query.addBindValue(from.toMSecsSinceEpoch());
     query.addBindValue(to.toMSecsSinceEpoch());
-    query.addBindValue(std::max(most, 0));
     if (!query.exec())
         return failure(QStringLiteral("can't be read: %1").arg(reasonOf(query)));
     QList<ScadaOperationMessage> messages;
-    while (query.next())
-        messages.append(messageOf(query.value(0).toByteArray()));
+    while (messages.size() < most && query.next()) {
+        if (const auto message = AuditEntry::message(query.value(0).toByteArray()))
+            messages.append(*message);
+    }
     return messages;
+}
+
+tl::expected<QList<AuditLine>, QString> AuditLog::newest(int most) const
+{
+    if (!isOpen())
+        return failure(QStringLiteral("is not open"));
+    QSqlQuery query(QSqlDatabase::database(m_connection, false));
+    query.setForwardOnly(true);
+    query.prepare(QStringLiteral("SELECT line, entry, hash FROM audit_log ORDER BY line DESC LIMIT ?"));
+    query.addBindValue(std::max(most, 0));
+    if (!query.exec())
+        return failure(QStringLiteral("can't be read: %1").arg(reasonOf(query)));
+    QList<AuditLine> lines;
+    while (query.next()) {
+        AuditLine line = AuditEntry::line(query.value(1).toByteArray());
+        line.number = query.value(0).toLongLong();
+        line.hash = query.value(2).toString();
+        lines.append(line);
+    }
+    return lines;
 }
 
 tl::expected<qint64, QString> AuditLog::verify() const
 {
     if (!isOpen())
         return failure(QStringLiteral("is not open"));
-    const QSqlDatabase database = QSqlDatabase::database(m_connection, false);
+    QSqlDatabase database = QSqlDatabase::database(m_connection, false);
+    // The lines and their end as of one moment, whoever writes meanwhile.
+    const Transaction transaction(database);
+    if (!transaction.isOpen())
+        return failure(QStringLiteral("can't be read: %1").arg(reasonOf(database.lastError())));
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(QStringLiteral("SELECT line, time_ms, entry, hash FROM audit_log ORDER BY line")))
@@ -218,7 +265,7 @@ tl::expected<qint64, QString> AuditLog::verify() const
         if (query.value(0).toLongLong() != line)
             return failure(QStringLiteral("lacks line %1").arg(line));
         if (query.value(3).toByteArray() != expected ||
-            query.value(1).toLongLong() != messageOf(entry).time.toMSecsSinceEpoch())
+            query.value(1).toLongLong() != AuditEntry::time(entry).toMSecsSinceEpoch())
             return failure(QStringLiteral("was changed at or before line %1").arg(line));
         hash = expected;
     }

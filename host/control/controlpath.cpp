@@ -4,6 +4,7 @@
 #include "host/control/auditlog.h"
 #include "host/control/commandgate.h"
 #include "host/control/controlconfirmer.h"
+#include "host/core/machineuser.h"
 #include "host/runtime/dataservice.h"
 #include "host/runtime/runtimedatabase.h"
 #include "platform/data/datafieldinfo.h"
@@ -12,7 +13,6 @@
 #include "platform/data/valuemarks.h"
 #include "scada/hub/korvanescadacoreinterface.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QScopedValueRollback>
 
@@ -30,15 +30,6 @@ ControlPath::Clock machineClock()
     const auto timer = std::make_shared<QElapsedTimer>();
     timer->start();
     return [timer] { return timer->elapsed(); };
-}
-
-QString machineUser()
-{
-    for (const char* variable : {"USER", "USERNAME"}) {
-        if (QString user = qEnvironmentVariable(variable); !user.isEmpty())
-            return user;
-    }
-    return QDir::home().dirName(); // a selection without anybody's name would be nobody's
 }
 
 } // namespace

@@ -21,16 +21,21 @@ ControlSystem::ControlSystem(const Project& project, const Parts& parts, QObject
     : QObject(parent),
       m_project(project),
       m_parts(parts),
+      m_accountLog(project.operatingFile(), QSysInfo::machineHostName(), [this] { return m_users.currentUserId(); }),
       m_users(m_accounts),
       m_path({parts.database, parts.data, m_users, m_audit, parts.hub}),
       m_changes(parts.database, parts.data, parts.alarms, m_state, parts.hub),
       m_manager({parts.database, parts.data, parts.alarms, m_users, m_audit, m_path, m_changes, parts.pages, parts.hub},
                 QSysInfo::machineHostName())
 {
+    const auto record = [this](const AccountEvent& event) { return m_accountLog.record(event); };
+    m_accounts.setRecorder(record);
+    m_users.setRecorder(record);
     m_users.setSecured(project.isSecured);
     m_path.setWorkplace(m_manager.workplace());
     parts.hub.setRuntimeManager(&m_manager);
     connect(&m_path, &ControlPath::problemFound, this, &ControlSystem::problemFound);
+    connect(&m_users, &DatabaseManager::problemFound, this, &ControlSystem::problemFound);
     connect(&parts.data, &DataService::ticked, &m_path, [this] { m_path.advance(); });
     connect(&m_users, &DatabaseManager::loggedOff, &m_path, &ControlPath::endSession);
     connect(&m_refresh, &QTimer::timeout, this, &ControlSystem::refreshSession);

@@ -3,6 +3,7 @@
 #include "host/accounts/accountdatabase.h"
 #include "host/accounts/databasemanager.h"
 #include "host/canvas/pageaccess.h"
+#include "host/control/accountlog.h"
 #include "host/control/auditlog.h"
 #include "host/control/controlpath.h"
 #include "host/control/operatingstate.h"
@@ -76,6 +77,7 @@ private:
     const Project& m_project;
     Parts m_parts;
     AccountDatabase m_accounts;
+    AccountLog m_accountLog; ///< hears of the end of the session, with the users
     DatabaseManager m_users;
     AuditLog m_audit;
     OperatingState m_state;

@@ -45,13 +45,15 @@ inline QString newConnectionName(const char* owner)
 }
 
 /// Opens an SQLite file, or makes a new one, under a connection of that name; to be ended by closeDatabase(), opened or not.
-inline tl::expected<QSqlDatabase, QString> openSqlite(const QString& connection, const QString& fileName)
+/// \param options of the driver, each with a semicolon in front
+inline tl::expected<QSqlDatabase, QString> openSqlite(const QString& connection, const QString& fileName,
+                                                      const QString& options = {})
 {
     QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
     if (!database.isValid())
         return tl::make_unexpected(QStringLiteral("Qt's driver QSQLITE is not installed"));
     database.setDatabaseName(fileName);
-    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
+    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000") + options);
     if (!database.open())
         return tl::make_unexpected(reasonOf(database.lastError()));
     return database;

@@ -3,6 +3,8 @@
 
 #include "apps/runtime/runtimeoptions.h"
 #include "apps/runtime/runtimewindow.h"
+#include "host/accountview/accountsdialog.h"
+#include "host/core/machineuser.h"
 #include "host/operating/operatorinputdialog.h"
 #include "host/operating/pointtips.h"
 #include "host/shapes/choice.h"
@@ -24,6 +26,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTabWidget>
 #include <QTableWidget>
 
@@ -374,6 +378,104 @@ private Q_SLOTS:
         for (const QWidget* widget : QApplication::topLevelWidgets())
             isThere |= widget->isVisible() && widget->windowTitle() == text("Scada Summary");
         QVERIFY(isThere);
+    }
+
+    void sessionsAndAccountsAreInTheAuditLog()
+    {
+        QStringList told;
+        {
+            Station station;
+            AccountDatabase& accounts = station.system->control().accounts();
+            QVERIFY(!station.system->control().users().logOn(text("otto"), text("wrong")));
+            station.logOn("otto");
+            station.manager().endSession();
+            station.logOn("ada");
+            QVERIFY(accounts.setLocked(text("vera"), true));
+            EUserAccount added;
+            added.name = text("nora");
+            added.role = accountRoleName(AccountRole::Viewer);
+            QVERIFY(accounts.add(added, text("nora-password")));
+            const auto lines = station.system->control().audit().newest(100);
+            QVERIFY(lines);
+            for (const AuditLine& line : *lines) {
+                told.prepend(QStringLiteral("%1 %2 %3 %4").arg(line.user, line.operation, line.subject, line.outcome));
+                QCOMPARE(line.workplace, station.manager().workplace());
+            }
+            QCOMPARE(station.system->control().audit().verify().value_or(-1), qint64(lines->size()));
+        }
+        QCOMPARE(told.join(QLatin1Char('\n')),
+                 text("otto logOn otto refused\notto logOn otto done\notto logOff otto done\nada logOn ada done\n"
+                      "ada lockAccount vera done\nada addAccount nora done"));
+    }
+
+    void whatIsDoneToTheFirstAccountIsTheMachinesUsers()
+    {
+        Station station;
+        station.manager().endSession();
+        QVERIFY(station.system->control().accounts().setLocked(text("vera"), true)); // as the first is added
+        QCOMPARE(station.system->control().audit().newest(1)->first().user, machineUser());
+    }
+
+    void theEndOfTheProgramIsALogOff()
+    {
+        OperatedProject project;
+        {
+            const auto system = project.open();
+            system->start();
+            QVERIFY(system->control().users().logOn(text("otto"), OperatedProject::password(text("otto"))));
+        }
+        AuditLog log;
+        QVERIFY(log.openReadOnly(project.folder() + text("/operating.db")));
+        const auto newest = log.newest(1);
+        QCOMPARE(newest->first().operation, text("logOff"));
+        QCOMPARE(newest->first().user, text("otto"));
+        QCOMPARE(newest->first().text, text("the program ended"));
+    }
+
+    void whileARecordingPlaysAccountsAreAccountedForAllTheSame()
+    {
+        OperatedProject project;
+        QByteArray settings = project.read("project.json");
+        settings.replace("\"simulation\"", "\"recording:old.csv?loop=1\"");
+        project.write("project.json", settings);
+        project.write("old.csv", "time,TK101.LEVEL\n2001-01-01T00:00:00Z,1\n2001-01-01T00:00:10Z,2\n");
+        const auto system = project.open();
+        system->start();
+        QVERIFY(system->control().manager().isReplay());
+        const QDateTime before = QDateTime::currentDateTimeUtc();
+        QVERIFY(system->control().users().logOn(text("otto"), OperatedProject::password(text("otto"))));
+        QCOMPARE(system->control().audit().verify().value_or(-1), qint64(0)); // of what is done while it plays
+        AuditLog log;
+        QVERIFY(log.openReadOnly(project.folder() + text("/operating.db")));
+        const auto lines = log.newest(10);
+        QCOMPARE(lines->size(), 1);
+        QCOMPARE(lines->first().operation, text("logOn"));
+        QVERIFY(lines->first().time >= before); // not the recording's
+    }
+
+    void withoutTheAuditLogOneLogsOnButChangesNoAccount()
+    {
+        Station station;
+        {
+            QSqlDatabase full = QSqlDatabase::addDatabase(text("QSQLITE"), text("full"));
+            full.setDatabaseName(station.project.folder() + text("/operating.db"));
+            QVERIFY(full.open());
+            QVERIFY(QSqlQuery(full).exec(text("CREATE TRIGGER full BEFORE UPDATE ON audit_end BEGIN "
+                                              "SELECT RAISE(ABORT, 'the disk is full'); END")));
+        }
+        QSqlDatabase::removeDatabase(text("full"));
+        station.logOn("ada");
+        QCOMPARE(station.manager().currentUser(), text("ada"));
+        QVERIFY2(station.system->problems().constLast().contains(text("the disk is full")),
+                 qPrintable(station.system->problems().join(QLatin1Char('\n'))));
+        AccountsDialog dialog(station.system->control().accounts(), station.system->control().users());
+        auto* table = dialog.findChild<QTableWidget*>();
+        table->selectRow(3);
+        QCOMPARE(table->item(3, 1)->text(), text("vera"));
+        dialog.findChild<QPushButton*>(text("lockButton"))->click();
+        const QString told = dialog.findChild<QLabel*>(text("messageLabel"))->text();
+        QVERIFY2(told.contains(text("the disk is full; the account is as it was")), qPrintable(told));
+        QVERIFY(!station.system->control().accounts().isLocked(text("vera")).value());
     }
 
 private:

@@ -1,5 +1,8 @@
 // The project tool itself, run as a user runs it.
 
+#include "host/accounts/accountevent.h"
+#include "host/control/auditlog.h"
+#include "host/core/machineuser.h"
 #include "tests/support/testproject.h"
 
 #include <QCryptographicHash>
@@ -9,6 +12,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QtTest>
 
 namespace {
@@ -26,11 +31,13 @@ struct Run
     QString errors;
 };
 
-Run run(const QStringList& arguments, const QString& folder = {})
+Run run(const QStringList& arguments, const QString& folder = {}, const QByteArray& input = {})
 {
     QProcess program;
     program.setWorkingDirectory(folder);
     program.start(QStringLiteral(KORVANE_PROJECT), arguments);
+    program.write(input);
+    program.closeWriteChannel();
     Run left;
     if (!program.waitForFinished(60000) || program.exitStatus() != QProcess::NormalExit)
         return left;
@@ -66,6 +73,40 @@ void copyDemo(const TemporaryFiles& files)
     }
 }
 
+/// Writes as many log-ons, each of another user, into the project's audit log.
+void writeLog(const TestProject& project, int lines)
+{
+    AuditLog log;
+    bool isDone = log.open(project.path("operating.db")).has_value();
+    for (int line = 1; line <= lines; ++line) {
+        AccountEvent event;
+        event.account = QStringLiteral("user%1").arg(line);
+        event.user = event.account;
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(Q_INT64_C(1600000000000) + line, Qt::UTC);
+        isDone = isDone && log.append(event, text("desk 1"), time);
+    }
+    if (!isDone)
+        qFatal("no audit log");
+}
+
+/// Changes the file of an audit log as nobody should.
+void tamper(const TestProject& project, const QStringList& statements)
+{
+    const QString connection = text("tampering");
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(text("QSQLITE"), connection);
+        database.setDatabaseName(project.path("operating.db"));
+        bool isDone = database.open();
+        for (const char* trigger : {"update", "delete", "insert"})
+            isDone = isDone && QSqlQuery(database).exec(text("DROP TRIGGER audit_log_keeps_on_") + text(trigger));
+        for (const QString& statement : statements)
+            isDone = isDone && QSqlQuery(database).exec(statement);
+        if (!isDone)
+            qFatal("not tampered with");
+    }
+    QSqlDatabase::removeDatabase(connection);
+}
+
 } // namespace
 
 class tst_ProjectTool : public QObject
@@ -77,7 +118,7 @@ private Q_SLOTS:
     {
         const Run all = run({text("--help")});
         QCOMPARE(all.exitCode, 0);
-        for (const char* command : {"check", "where-used", "rename", "render", "import", "export"}) {
+        for (const char* command : {"check", "where-used", "rename", "render", "import", "export", "user", "audit"}) {
             QVERIFY2(all.out.contains(QStringLiteral("\n  %1 ").arg(text(command))), command);
             const Run one = run({text(command), text("--help")});
             QCOMPARE(one.exitCode, 0);
@@ -102,6 +143,10 @@ private Q_SLOTS:
         QTest::newRow("a zoom that is none")
             << QStringList{text("render"), text("p"), text("-o"), text("p.png"), text("--zoom=9")} << text("--zoom");
         QTest::newRow("no file for a list") << QStringList{text("export")} << text("-o FILE");
+        QTest::newRow("no number of lines")
+            << QStringList{text("audit"), text("--list"), text("--count=0")} << text("--count");
+        QTest::newRow("a number of lines, of none")
+            << QStringList{text("audit"), text("--count"), text("5")} << text("--count");
     }
     void badLinesAreRefused()
     {
@@ -123,6 +168,7 @@ private Q_SLOTS:
         QTest::newRow("render") << QStringList{text("render"), text("p"), text("-o"), text("p.png")};
         QTest::newRow("import") << QStringList{text("import"), text("x.csv")};
         QTest::newRow("export") << QStringList{text("export"), text("-o"), text("x.csv")};
+        QTest::newRow("audit") << QStringList{text("audit")};
     }
     void whatIsNoProjectFails()
     {
@@ -287,6 +333,173 @@ private Q_SLOTS:
         const Run refused = run({text("import"), list, folder});
         QCOMPARE(refused.exitCode, 1);
         QVERIFY2(refused.errors.contains(text("names are changed by renaming")), qPrintable(refused.errors));
+    }
+
+    void aSoundAuditLogIsToldToBeSo()
+    {
+        const TestProject project;
+        writeLog(project, 3);
+        const auto before = filesOf(project.folder());
+        const Run left = run({text("audit")}, project.folder());
+        QCOMPARE(left.errors, QString());
+        QCOMPARE(left.out, text("3 lines, all as they were written\n"));
+        QCOMPARE(left.exitCode, 0);
+        QCOMPARE(run({text("audit"), project.folder()}).out, left.out);
+        QCOMPARE(filesOf(project.folder()), before);
+    }
+
+    void anAuditLogThatWasTamperedWithIsToldToBeSo_data()
+    {
+        QTest::addColumn<QString>("statement");
+        QTest::addColumn<QString>("found");
+        QTest::newRow("a line was changed")
+            << text("UPDATE audit_log SET entry = replace(entry, 'user2', 'user9') WHERE line = 2")
+            << text("was changed at or before line 2");
+        QTest::newRow("a line was taken out") << text("DELETE FROM audit_log WHERE line = 1") << text("lacks line 1");
+        QTest::newRow("the last line was cut off")
+            << text("DELETE FROM audit_log WHERE line = 3") << text("ends with line 2 and should with 3");
+        QTest::newRow("a line was put in") << text("INSERT INTO audit_log VALUES (4, 1600000000004, '{}', '')")
+                                           << text("was changed at or before line 4");
+        QTest::newRow("its end was taken out") << text("DELETE FROM audit_end") << text("lacks its end");
+        QTest::newRow("all of it is gone") << text("DROP TABLE audit_log") << text("no such table: audit_log");
+    }
+    void anAuditLogThatWasTamperedWithIsToldToBeSo()
+    {
+        QFETCH(const QString, statement);
+        QFETCH(const QString, found);
+        const TestProject project;
+        writeLog(project, 3);
+        tamper(project, {statement});
+        const Run left = run({text("audit"), project.folder()});
+        QCOMPARE(left.exitCode, 1);
+        QVERIFY2(left.errors.startsWith(text("korvane-project: ")), qPrintable(left.errors));
+        QVERIFY2(left.errors.contains(text("operating.db: the audit log ")), qPrintable(left.errors));
+        QVERIFY2(left.errors.contains(found), qPrintable(left.errors));
+        QCOMPARE(left.out, QString());
+    }
+
+    void anAuditLogThatIsNotThereIsNotMade()
+    {
+        const TestProject project;
+        const auto before = filesOf(project.folder());
+        const Run left = run({text("audit"), project.folder()});
+        QCOMPARE(left.exitCode, 1);
+        QVERIFY2(left.errors.contains(text("operating.db: the audit log can't be read: there is no such file")),
+                 qPrintable(left.errors));
+        QCOMPARE(filesOf(project.folder()), before);
+    }
+
+    void theNewestLinesArePrinted()
+    {
+        const TestProject project;
+        writeLog(project, 102);
+        const QStringList all = run({text("audit"), project.folder(), text("--list")}).out.split(QLatin1Char('\n'));
+        QCOMPARE(all.size(), 103); // head, 100 lines, verdict, the end
+        QCOMPARE(all[0],
+                 text("LINE  TIME                      WORKPLACE  USER     OPERATION  SUBJECT  VALUE  OUTCOME  NOTE"));
+        QCOMPARE(all[1], text("102   2020-09-13T12:26:40.102Z  desk 1     user102  logOn      user102         done"));
+        QVERIFY(all[100].startsWith(text("3     2020-09-13T12:26:40.003Z  desk 1     user3    ")));
+        QCOMPARE(all[101], text("102 lines, all as they were written"));
+        const Run some = run({text("audit"), project.folder(), text("--list"), text("--count"), text("2")});
+        QCOMPARE(some.out.count(QLatin1Char('\n')), 4);
+        tamper(project, {text("UPDATE audit_log SET hash = '' WHERE line = 50")});
+        const Run bad = run({text("audit"), project.folder(), text("--list"), text("--count=2")});
+        QCOMPARE(bad.exitCode, 1); // and what there is, for the eye
+        QCOMPARE(bad.out.count(QLatin1Char('\n')), 3);
+        QVERIFY2(bad.errors.contains(text("was changed at or before line 50")), qPrintable(bad.errors));
+    }
+
+    void theNewestLinesAreCommaSeparated()
+    {
+        const TestProject project;
+        writeLog(project, 1);
+        ScadaOperationMessage command;
+        command.operation = ScadaOperationMessage::Operation::SetPoint;
+        command.outcome = ScadaOperationMessage::Outcome::Done;
+        command.tag = text("LEVEL");
+        command.before = 40;
+        command.value = 42.5;
+        command.user = text("=ann");
+        command.secondUser = text("bob");
+        command.reason = text("\"so\", he said");
+        command.time = QDateTime::fromMSecsSinceEpoch(Q_INT64_C(1600000000002), Qt::UTC);
+        AuditLog log;
+        QVERIFY(log.open(project.path("operating.db")));
+        QVERIFY(log.append(command, text("desk 2")));
+        const Run left = run({text("audit"), project.folder(), text("--csv")});
+        QCOMPARE(left.exitCode, 0);
+        QStringList lines = left.out.split(text("\r\n"));
+        QCOMPARE(lines.size(), 4);
+        QCOMPARE(lines[0], text("line,time,workplace,user,second_user,operation,subject,before,value,outcome,reason,"
+                                "text,hash"));
+        QVERIFY2(lines[1].startsWith(text("2,2020-09-13T12:26:40.002Z,desk 2,'=ann,bob,setPoint,LEVEL,40,42.5,done,"
+                                          "\"\"\"so\"\", he said\",,")),
+                 qPrintable(lines[1]));
+        QCOMPARE(lines[1].section(QLatin1Char(','), -1).size(), 64);
+        QVERIFY(lines[2].startsWith(text("1,2020-09-13T12:26:40.001Z,desk 1,user1,,logOn,user1,,,done,,,")));
+    }
+
+    void aTerminalIsNotAtTheMercyOfWhatWasTyped()
+    {
+        const TestProject project;
+        AccountEvent event;
+        event.account = text("\x1b[2J\nLINE 9") + QChar(0x202E) + QString::fromUtf8("\xF0\x9F\x98\x80");
+        event.text = QString(1000, QLatin1Char('x'));
+        event.user = QString(1000, QLatin1Char('y'));
+        AuditLog log;
+        QVERIFY(log.open(project.path("operating.db")));
+        QVERIFY(log.append(event, text("desk 1"), QDateTime::currentDateTimeUtc()));
+        const QString out = run({text("audit"), project.folder(), text("--list")}).out;
+        QCOMPARE(out.count(QLatin1Char('\n')), 3);
+        QVERIFY2(out.contains(QString::fromUtf8("\uFFFD[2J\uFFFDLINE 9\uFFFD\xF0\x9F\x98\x80 ")), qPrintable(out));
+        QVERIFY(out.contains(event.text));
+        QVERIFY(out.contains(QString(37, QLatin1Char('y')) + text("... ")));
+    }
+
+    void changesOfAccountsAreInTheAuditLog()
+    {
+        const TestProject project;
+        const QByteArray passwords = "open sesame\nopen sesame\n";
+        const auto user = [&project](const QStringList& arguments, const QByteArray& input = {}) {
+            return run(QStringList{text("user")} + arguments, project.folder(), input).exitCode;
+        };
+        QCOMPARE(user({text("add"), text("ann"), text("--role=administrator")}, passwords), 0);
+        QCOMPARE(user({text("add"), text("bob"), text("--areas=North|South")}, passwords), 0);
+        QCOMPARE(user({text("change"), text("bob"), text("--role=viewer")}), 0);
+        QCOMPARE(user({text("password"), text("bob")}, passwords), 0);
+        QCOMPARE(user({text("lock"), text("bob")}), 0);
+        QCOMPARE(user({text("unlock"), text("bob")}), 0);
+        QCOMPARE(user({text("remove"), text("bob")}), 0);
+        QCOMPARE(user({text("remove"), text("bob")}), 1); // nothing was done
+        const Run left = run({text("audit"), text("--csv")}, project.folder());
+        QCOMPARE(left.exitCode, 0);
+        QVERIFY(!left.out.contains(text("sesame")));
+        QStringList lines = left.out.split(text("\r\n"), Qt::SkipEmptyParts);
+        lines.removeFirst();
+        QStringList told;
+        for (const QString& line : qAsConst(lines)) {
+            // workplace to outcome
+            told.prepend(line.section(QLatin1Char(','), 2).section(text(",done,"), 0, 0));
+        }
+        const QString who = text("project tool,") + machineUser() + text(",,");
+        QCOMPARE(told, (QStringList{who + text("addAccount,ann,,\"administrator, all areas\""),
+                                    who + text("addAccount,bob,,\"operator, areas [\"\"North\"\",\"\"South\"\"]\""),
+                                    who + text("changeAccount,bob,\"operator, areas [\"\"North\"\",\"\"South\"\"]\","
+                                               "\"viewer, areas [\"\"North\"\",\"\"South\"\"]\""),
+                                    who + text("setPassword,bob,,"), who + text("lockAccount,bob,,"),
+                                    who + text("unlockAccount,bob,,"),
+                                    who + text("removeAccount,bob,\"viewer, areas [\"\"North\"\",\"\"South\"\"]\",")}));
+    }
+
+    void anAccountThatCantBeAccountedForStaysAsItIs()
+    {
+        const TestProject project;
+        project.write("operating.db", QByteArray(5000, 'x'));
+        const Run left = run({text("user"), text("add"), text("ann")}, project.folder(), "open sesame\nopen sesame\n");
+        QCOMPARE(left.exitCode, 1);
+        QVERIFY2(left.errors.contains(text("operating.db: the audit log can't be used")), qPrintable(left.errors));
+        QVERIFY2(left.errors.contains(text("; the account is as it was")), qPrintable(left.errors));
+        QCOMPARE(run({text("user"), text("--list")}, project.folder()).out, QString());
     }
 };
 

@@ -50,6 +50,15 @@ QStringList namesOf(const AccountDatabase& database)
     return names;
 }
 
+/// "KIND ACCOUNT NUMBER OUTCOME [BEFORE] [AFTER]"
+QString lineOf(const AccountEvent& event)
+{
+    return QStringLiteral("%1 %2 %3 %4 [%5] [%6]")
+        .arg(AccountEvent::nameOf(event.kind), event.account)
+        .arg(event.number)
+        .arg(event.isDone ? QStringLiteral("done") : QStringLiteral("refused"), event.before, event.after);
+}
+
 /// Runs an SQL text on a file beside the code under test.
 void runOnFile(const QString& fileName, const QString& text)
 {
@@ -319,6 +328,97 @@ private Q_SLOTS:
         QVERIFY(database.setLocked(name, false));
         QCOMPARE(database.isLocked(name).value(), false);
         QVERIFY(!database.secret(name).value().isLocked);
+    }
+
+    void everyChangeIsAccountedFor_data() { addDatabases(); }
+    void everyChangeIsAccountedFor()
+    {
+        AccountDatabase database;
+        QVERIFY(database.open(newPlace()));
+        const QString bob = QStringLiteral("bob");
+        QVERIFY(database.add(account(QStringLiteral("anna"), AccountRole::Administrator), password)); // to nobody
+        QStringList told;
+        database.setRecorder([&told](const AccountEvent& event) -> tl::expected<void, QString> {
+            told.append(lineOf(event));
+            return {};
+        });
+        QVERIFY(database.add(account(bob, AccountRole::Operator, {QStringLiteral("a \"b\"")}), password));
+        EUserAccount changed = account(QStringLiteral("not his name"), AccountRole::Viewer);
+        changed.number = 2;
+        QVERIFY(database.change(changed));
+        QVERIFY(database.setPassword(bob, QStringLiteral("another password")));
+        QVERIFY(database.setLocked(bob, true));
+        QVERIFY(database.setLocked(bob, false));
+        QVERIFY(database.remove(bob));
+        const QStringList all = told;
+        QCOMPARE(all.join(QLatin1Char('\n')),
+                 QStringLiteral("addAccount bob 2 done [] [operator, areas [\"a \\\"b\\\"\"]]\n"
+                                "changeAccount bob 2 done [operator, areas [\"a \\\"b\\\"\"]] [viewer, all areas]\n"
+                                "setPassword bob 2 done [] []\n"
+                                "lockAccount bob 2 done [] []\n"
+                                "unlockAccount bob 2 done [] []\n"
+                                "removeAccount bob 2 done [viewer, all areas] []"));
+        // What is not done is nobody's doing.
+        QVERIFY(!database.remove(bob));
+        QVERIFY(!database.setLocked(QStringLiteral("anna"), true));
+        QVERIFY(!database.setPassword(QStringLiteral("anna"), QStringLiteral("short")));
+        QVERIFY(!database.change(changed));
+        QVERIFY(!database.add(account(QStringLiteral("anna")), password));
+        QCOMPARE(told, all);
+    }
+
+    void whatCantBeAccountedForIsNotDone_data() { addDatabases(); }
+    void whatCantBeAccountedForIsNotDone()
+    {
+        AccountDatabase database;
+        QVERIFY(database.open(newPlace()));
+        const QString anna = QStringLiteral("anna");
+        const QString bob = QStringLiteral("bob");
+        QVERIFY(database.add(account(anna, AccountRole::Administrator), password));
+        QVERIFY(database.add(account(bob), password));
+        const QByteArray hash = database.secret(bob).value().hash;
+        const auto before = database.allUserAccounts().list;
+        database.setRecorder(
+            [](const AccountEvent&) { return tl::make_unexpected(QStringLiteral("the disk is full")); });
+        const QString reason = QStringLiteral("the disk is full; the account is as it was");
+        EUserAccount changed = account(bob, AccountRole::Viewer);
+        changed.number = 2;
+        QCOMPARE(problemOf(database, account(QStringLiteral("carl"))), reason);
+        QCOMPARE(problemOf(database.change(changed)), reason);
+        QCOMPARE(problemOf(database.setPassword(bob, QStringLiteral("another password"))), reason);
+        QCOMPARE(problemOf(database.setLocked(bob, true)), reason);
+        QCOMPARE(problemOf(database.remove(bob)), reason);
+        const auto after = database.allUserAccounts().list;
+        QCOMPARE(after.size(), before.size());
+        for (int place = 0; place < after.size(); ++place)
+            QVERIFY(after[place].isEqual(before[place]));
+        QCOMPARE(database.secret(bob).value().hash, hash);
+        QVERIFY(!database.isLocked(bob).value());
+        database.setRecorder({});
+        QCOMPARE(database.add(account(QStringLiteral("carl")), password).value(), 3); // nothing holds it up
+    }
+
+    void aChangeThatFailsAtItsEndIsAccountedForAsSuch()
+    {
+        const AccountSettings place = m_places.file();
+        AccountDatabase database;
+        QVERIFY(database.open(place));
+        const QString bob = QStringLiteral("bob");
+        QVERIFY(database.add(account(bob), password));
+        // Something else of the plant counts on the account, which is looked at when the change ends.
+        runOnFile(place.fileName, QStringLiteral("CREATE TABLE KEPT (NUMBER INTEGER REFERENCES "
+                                                 "SYSTEM_USER_ACCOUNT(NUMBER) DEFERRABLE INITIALLY DEFERRED)"));
+        runOnFile(place.fileName, QStringLiteral("INSERT INTO KEPT VALUES (1)"));
+        QStringList told;
+        database.setRecorder([&told](const AccountEvent& event) -> tl::expected<void, QString> {
+            told.append(lineOf(event) + QLatin1Char(' ') + event.text);
+            return {};
+        });
+        const QString reason = place.fileName + QStringLiteral(": FOREIGN KEY constraint failed");
+        QCOMPARE(problemOf(database.remove(bob)), reason);
+        QCOMPARE(namesOf(database), QStringList{bob});
+        QCOMPARE(told, (QStringList{QStringLiteral("removeAccount bob 1 done [operator, all areas] [] "),
+                                    QStringLiteral("removeAccount bob 1 refused [operator, all areas] [] ") + reason}));
     }
 
     void whoIsNotThereIsToldSo_data() { addDatabases(); }

@@ -62,6 +62,21 @@ struct TestAccounts
         }
     }
 
+    /// Has every event, to the end of the manager's life, told as "KIND ACCOUNT NUMBER by USER OUTCOME: TEXT".
+    void tellTo(QStringList& told)
+    {
+        const auto record = [&told](const AccountEvent& event) -> tl::expected<void, QString> {
+            told.append(
+                QStringLiteral("%1 %2 %3 by %4 %5: %6")
+                    .arg(AccountEvent::nameOf(event.kind), event.account)
+                    .arg(event.number)
+                    .arg(event.user, event.isDone ? QStringLiteral("done") : QStringLiteral("refused"), event.text));
+            return {};
+        };
+        manager.setRecorder(record);
+        database.setRecorder(record);
+    }
+
     AccountDatabase database;
     qint64 now = 1000000;
     int hashes = 0;
@@ -473,6 +488,122 @@ private Q_SLOTS:
         QVERIFY(!test.manager.may(AccountRole::Supervisor, {}));
         test.database.close();
         QVERIFY(test.manager.may(AccountRole::Operator, QStringLiteral("north"))); // asks no database
+    }
+
+    void sessionsAreAccountedFor()
+    {
+        QStringList told;
+        {
+            TestAccounts test(m_places.file());
+            test.tellTo(told);
+            QVERIFY(test.manager.logOn(anna, good));
+            QVERIFY(test.manager.logOn(bob, good));
+            test.manager.logOff();
+            test.manager.logOff(); // nobody is there any more
+            QVERIFY(test.manager.logOn(bob, good));
+            QVERIFY(test.database.setLocked(bob, true));
+            QVERIFY(test.manager.refresh());
+            QVERIFY(test.manager.logOn(anna, good));
+            test.manager.setSecured(false);
+            test.manager.setSecured(true);
+            QVERIFY(test.manager.logOn(anna, good));
+            QVERIFY(test.manager.checkCurrentUserPassword(good)); // is no event
+        }
+        QCOMPARE(told.join(QLatin1Char('\n')),
+                 QStringLiteral("logOn anna 1 by anna done: \n"
+                                "logOff anna 1 by anna done: another log-on took its place\n"
+                                "logOn bob 2 by bob done: \n"
+                                "logOff bob 2 by bob done: \n"
+                                "logOn bob 2 by bob done: \n"
+                                "lockAccount bob 2 by  done: \n"
+                                "logOff bob 2 by bob done: the account was removed or locked\n"
+                                "logOn anna 1 by anna done: \n"
+                                "logOff anna 1 by anna done: user security was turned off\n"
+                                "logOn anna 1 by anna done: \n"
+                                "logOff anna 1 by anna done: the program ended"));
+    }
+
+    void passwordsThatAreNotTakenAreAccountedFor()
+    {
+        QStringList told;
+        TestAccounts test(m_places.file());
+        QVERIFY(test.manager.logOn(anna, good));
+        QVERIFY(test.database.setLocked(bob, true));
+        test.tellTo(told);
+        QVERIFY(!test.manager.logOn(nobody, good));
+        QVERIFY(!test.manager.logOn(bob, good)); // is locked
+        QVERIFY(!test.manager.checkCurrentUserPassword(wrong));
+        QCOMPARE(test.textOf(bob, wrong), wrongText);
+        QVERIFY(!test.manager.changePassword(QString(wrong), good));
+        QVERIFY(test.manager.changePassword(good, QStringLiteral("another password"))); // told by the database
+        QCOMPARE(told.join(QLatin1Char('\n')), QStringLiteral("logOn nobody 0 by nobody refused: %1\n"
+                                                              "logOn bob 0 by bob refused: This user is locked.\n"
+                                                              "checkPassword anna 0 by  refused: %1\n"
+                                                              "checkPassword bob 0 by  refused: %1\n"
+                                                              "checkPassword anna 0 by  refused: %1\n"
+                                                              "setPassword anna 1 by  done: ")
+                                                   .arg(wrongText));
+        QVERIFY(!told.join(QString()).contains(good));
+        QVERIFY(!told.join(QString()).contains(wrong));
+    }
+
+    void aNameThatIsTypedIsCut()
+    {
+        QStringList told;
+        TestAccounts test(m_places.file());
+        test.tellTo(told);
+        QVERIFY(!test.manager.logOn(QString(1000000, QLatin1Char('a')), wrong));
+        const QString cut(AccountDatabase::longestName + 1, QLatin1Char('a'));
+        QCOMPARE(told, (QStringList{QStringLiteral("logOn %1 0 by %1 refused: %2").arg(cut, wrongText)}));
+    }
+
+    void attemptsThatAreRefusedAtOnceAreAccountedForOnce()
+    {
+        QStringList told;
+        TestAccounts test(m_places.file());
+        test.fail(anna, 3);
+        test.tellTo(told);
+        for (int time = 0; time < 50; ++time)
+            QVERIFY(!test.manager.logOn(anna, good));
+        QVERIFY(!test.manager.logOn(bob, wrong)); // another one
+        QCOMPARE(told.join(QLatin1Char('\n')),
+                 QStringLiteral("logOn anna 0 by anna refused: Too many wrong passwords: try again in 2 s.\n"
+                                "logOn bob 0 by bob refused: %1")
+                     .arg(wrongText));
+        told.clear();
+        test.fail(anna, 1); // after the span, and another one begins
+        for (int time = 0; time < 50; ++time)
+            QVERIFY(!test.manager.logOn(anna, good));
+        QCOMPARE(told.join(QLatin1Char('\n')),
+                 QStringLiteral("checkPassword anna 0 by  refused: %1\n"
+                                "logOn anna 0 by anna refused: Too many wrong passwords: try again in 4 s.")
+                     .arg(wrongText));
+    }
+
+    void whatCantBeAccountedForIsDoneAndTold()
+    {
+        TestAccounts test(m_places.file());
+        QSignalSpy problems(&test.manager, &DatabaseManager::problemFound);
+        test.manager.setRecorder(
+            [](const AccountEvent&) { return tl::make_unexpected(QStringLiteral("the disk is full")); });
+        QCOMPARE(test.manager.logOn(bob, wrong).error(), wrongText);
+        QVERIFY(test.manager.logOn(bob, good));
+        QCOMPARE(test.manager.currentUserId(), bob);
+        test.manager.logOff();
+        QCOMPARE(test.manager.currentUserId(), QString());
+        QCOMPARE(problems.count(), 3);
+        QCOMPARE(problems.at(0).at(0).toString(), QStringLiteral("the disk is full"));
+    }
+
+    void withoutSecurityNothingIsAccountedFor()
+    {
+        QStringList told;
+        TestAccounts test(m_places.file());
+        test.tellTo(told);
+        test.manager.setSecured(false);
+        QVERIFY(!test.manager.logOn(anna, good));
+        QCOMPARE(test.textOf(anna, wrong), QStringLiteral("right"));
+        QCOMPARE(told, QStringList());
     }
 
     void theClockUnlessGivenIsReal()
