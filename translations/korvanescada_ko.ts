@@ -70,6 +70,10 @@
         <source>This is the last administrator who can log on.</source>
         <translation>로그인할 수 있는 마지막 관리자입니다.</translation>
     </message>
+    <message>
+        <source>%1; the account is as it was</source>
+        <translation>%1. 계정은 그대로입니다</translation>
+    </message>
 </context>
 <context>
     <name>AccountDialog</name>
@@ -1033,6 +1037,12 @@
         <source>the session ended</source>
         <translation>세션이 종료되었습니다</translation>
     </message>
+    <message numerus="yes">
+        <source>%n end(s) of requests are missing in the audit log, from that of %1 (%2) on</source>
+        <translation>
+            <numerusform>요청 종료 %n건이 감사 로그에 없습니다(%1의 요청(%2)부터)</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ControlRules</name>
@@ -1153,6 +1163,22 @@
     <message>
         <source>This user is locked.</source>
         <translation>잠긴 사용자입니다.</translation>
+    </message>
+    <message>
+        <source>the program ended</source>
+        <translation>프로그램이 종료되었습니다</translation>
+    </message>
+    <message>
+        <source>user security was turned off</source>
+        <translation>사용자 보안이 해제되었습니다</translation>
+    </message>
+    <message>
+        <source>another log-on took its place</source>
+        <translation>다른 로그온으로 대체되었습니다</translation>
+    </message>
+    <message>
+        <source>the account was removed or locked</source>
+        <translation>계정이 삭제되었거나 잠겼습니다</translation>
     </message>
 </context>
 <context>
@@ -2359,6 +2385,18 @@ No other user may confirm this command.</source>
     <message>
         <source>%1: there is no such object</source>
         <translation>%1: 해당 객체가 없습니다</translation>
+    </message>
+    <message>
+        <source>%1: &quot;%2&quot;: its key does nothing: %3</source>
+        <translation>%1: &quot;%2&quot;의 키는 작동하지 않습니다: %3</translation>
+    </message>
+    <message>
+        <source>%1 is that of &quot;%2&quot;</source>
+        <translation>%1은(는) &quot;%2&quot;의 키입니다</translation>
+    </message>
+    <message>
+        <source>%1 is a key of the window</source>
+        <translation>%1은(는) 창의 키입니다</translation>
     </message>
 </context>
 <context>

@@ -65,6 +65,7 @@ AlarmStation::AlarmStation(LiveSystem& system, QMainWindow& window, bool isSilen
     prepareVoice();
     if (!isSilent)
         m_annunciator.checkSounds();
+    heedSession();
 }
 
 AlarmStation::~AlarmStation() = default;

@@ -11,8 +11,26 @@
 #include "host/runtime/livesystem.h"
 #include "host/summary/summarywindow.h"
 
+#include <QAction>
 #include <QMainWindow>
 #include <QMenu>
+#include <QMenuBar>
+
+namespace {
+
+/// The keys of the window's actions, and those that open its menus.
+QList<QKeySequence> keysOf(const QMainWindow& window)
+{
+    QList<QKeySequence> keys;
+    for (const QAction* action : window.actions())
+        keys += action->shortcuts();
+    for (const QAction* menu : window.menuBar()->actions())
+        keys.append(QKeySequence::mnemonic(menu->text()));
+    keys.removeAll(QKeySequence());
+    return keys;
+}
+
+} // namespace
 
 OperatorStation::OperatorStation(LiveSystem& system, QMainWindow& window)
     : m_system(system),
@@ -63,8 +81,11 @@ void OperatorStation::fillMenu(QMenu& menu)
 void OperatorStation::attach(CanvasView& view, const Page& page)
 {
     auto* operations = new PageOperations(
-        view, page, {m_system.control().manager(), m_system.database(), [this] { return !m_isPaused; }});
+        view, page,
+        {m_system.control().manager(), m_system.database(), [this] { return !m_isPaused; }, keysOf(m_window)});
     connect(operations, &PageOperations::refused, m_banner, &OperationBanner::showFailed);
+    for (const QString& problem : operations->problems())
+        m_system.addProblem(problem);
     new PointTips(view, page, m_system.database());
 }
 

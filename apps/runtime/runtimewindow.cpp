@@ -81,6 +81,7 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
     buildMenus();
     buildStatusBar();
     heedScripts();
+    showHint();
 
     connect(&m_tabs, &QTabWidget::currentChanged, this, &RuntimeWindow::heedTab);
     connect(&m_tabs, &QTabWidget::tabCloseRequested, this, &RuntimeWindow::closeTab);
@@ -281,6 +282,10 @@ void RuntimeWindow::showHint()
     m_hint->setText(isNobodyHere ? tr("Log on to see the plant's pages (Ctrl+L).") : tr("No page is open."));
     m_hint->setVisible(m_tabs.count() == 0);
     m_tabs.setVisible(m_tabs.count() > 0);
+    // Scripts print what they know of the plant.
+    m_scripts->toggleViewAction()->setDisabled(isNobodyHere);
+    if (isNobodyHere)
+        m_scripts->hide();
 }
 
 // Only the page in front takes batches and paints.

@@ -28,9 +28,7 @@ AlarmDesk::~AlarmDesk() = default;
 QString AlarmDesk::user() const
 {
     const KorvaneScadaRuntimManagerInterface* runtime = m_hub.runtimeManager();
-    if (runtime)
-        return runtime->currentUser();
-    return machineUser();
+    return runtime ? runtime->currentUser() : machineUser(); // without sessions, whoever uses the machine
 }
 
 int AlarmDesk::acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint)
@@ -118,5 +116,5 @@ bool AlarmDesk::setOutOfService(ObjectKey object, bool outOfService, const QStri
 
 bool AlarmDesk::setSuppressed(ObjectKey object, bool suppressed, const QString& reason)
 {
-    return permits(Act::TakeOutOfService, object) && m_manager.setSuppressed(object, suppressed, reason);
+    return permits(Act::TakeOutOfService, object) && m_manager.setSuppressed(object, suppressed, user(), reason);
 }

@@ -48,13 +48,17 @@ public:
     bool unshelve(quint64 id);
     /// Takes the alarms of an object out of service, or back; false when they are so already.
     bool setOutOfService(ObjectKey object, bool outOfService, const QString& reason);
+    /// Keeps the alarms of an object from the operators while a state of the plant makes them meaningless, or ends that;
+    /// false when they are so already.
     bool setSuppressed(ObjectKey object, bool suppressed, const QString& reason);
 
-    /// What an operator does about alarms.
+    /// What an operator does about alarms; suppressing them is taking them out of service.
     enum class Act { Acknowledge, Shelve, TakeOutOfService };
     /// Says whether whoever operates may do that about alarms of an object; everything unless set. What he may not is
     /// left as if it were not there.
     void setPermission(std::function<bool(Act act, ObjectKey object)> permits) { m_permits = std::move(permits); }
+    /// Whether whoever operates may do that now.
+    bool permits(Act act, ObjectKey object) const { return !m_permits || m_permits(act, object); }
 
     /// Who operates, as the log states it.
     QString user() const;
@@ -65,7 +69,6 @@ Q_SIGNALS:
 
 private:
     int acknowledgeAll(const std::vector<quint64>& ids, bool isOnePoint);
-    bool permits(Act act, ObjectKey object) const { return !m_permits || m_permits(act, object); }
 
     AlarmManager& m_manager;
     KorvaneScadaCoreInterface& m_hub;

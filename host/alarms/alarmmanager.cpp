@@ -223,13 +223,18 @@ void AlarmManager::advance(const QDateTime& now)
 
 bool AlarmManager::setSuppressed(ObjectKey object, bool suppressed, const QString& reason)
 {
+    return setSuppressed(object, suppressed, {}, reason);
+}
+
+bool AlarmManager::setSuppressed(ObjectKey object, bool suppressed, const QString& user, const QString& reason)
+{
     Exclusion exclusion = m_exclusions.value(object);
     if (!object.isValid() || exclusion.isSuppressed == suppressed)
         return false;
     exclusion.isSuppressed = suppressed;
     exclusion.suppressionReason = suppressed ? reason : QString();
     setExclusion(object, exclusion,
-                 {0, suppressed ? Kind::Suppressed : Kind::SuppressionEnded, m_clock(), {}, {}, reason, {}});
+                 {0, suppressed ? Kind::Suppressed : Kind::SuppressionEnded, m_clock(), {}, user, reason, {}});
     return true;
 }
 

@@ -65,6 +65,8 @@ public:
     bool shelve(quint64 id, const QDateTime& until, const QString& user, const QString& reason) override;
     bool unshelve(quint64 id, const QString& user) override;
     bool setSuppressed(ObjectKey object, bool suppressed, const QString& reason) override;
+    /// The same, done by \p user.
+    bool setSuppressed(ObjectKey object, bool suppressed, const QString& user, const QString& reason);
     bool setOutOfService(ObjectKey object, bool outOfService, const QString& user, const QString& reason) override;
     ScadaAlarm alarm(quint64 id) const override;
     QList<ScadaAlarm> activeAlarms() const override;

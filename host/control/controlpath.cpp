@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -43,7 +44,17 @@ ControlPath::ControlPath(const Services& services, Clock clock, QObject* parent)
     connect(&services.data, &DataService::commandAnswered, this, &ControlPath::takeAnswer);
 }
 
-ControlPath::~ControlPath() = default;
+ControlPath::~ControlPath()
+{
+    m_nextLogMs = std::numeric_limits<qint64>::min(); // the last chance
+    logEnds();
+    if (m_unlogged.empty())
+        return;
+    const ScadaOperationMessage& first = m_unlogged.front();
+    Q_EMIT problemFound(tr("%n end(s) of requests are missing in the audit log, from that of %1 (%2) on", nullptr,
+                           static_cast<int>(m_unlogged.size()))
+                            .arg(first.tag, first.time.toString(Qt::ISODateWithMs)));
+}
 
 QString ControlPath::user() const
 {

@@ -286,7 +286,7 @@ OperatorChanges::Done OperatorChanges::setDeadBand(ObjectKey object, double dead
 
 OperatorChanges::Done OperatorChanges::resetStatistics(ObjectKey object, const ScadaOperationMessage& by)
 {
-    if (!m_database.statisticsSinceMs(object) && !m_database.lastChangeMs(object))
+    if (!m_database.hasStatistics(object))
         return tl::make_unexpected(tr("this object has no statistics so far"));
     const qint64 now = m_database.now();
     if (Done kept = keep(object, Kind::StatisticsReset, QString::number(now), by); !kept)

@@ -6,15 +6,12 @@
 #include "host/control/operationnames.h"
 #include "host/operating/commandtext.h"
 #include "host/operating/operatorinputdialog.h"
-#include "host/runtime/runtimedatabase.h"
 #include "host/runtime/runtimemanager.h"
 #include "host/shapes/choice.h"
 #include "host/shapes/inputfield.h"
 #include "platform/data/tagresolution.h"
 #include "platform/data/valuemarks.h"
 
-#include <QKeySequence>
-#include <QPointer>
 #include <QShortcut>
 
 #include <algorithm>
@@ -73,7 +70,7 @@ std::optional<double> numberOf(const QString& text)
 } // namespace
 
 PageOperations::PageOperations(CanvasView& view, const Page& page, const Services& services)
-    : QObject(&view), m_view(view), m_page(page), m_services(services)
+    : QObject(&view), m_view(view), m_page(page), m_services(services), m_entered(page)
 {
     connect(&view, &CanvasView::clicked, this, [this](Shape* shape) {
         const bool isOperating = !m_services.isOperating || m_services.isOperating();
@@ -84,6 +81,10 @@ PageOperations::PageOperations(CanvasView& view, const Page& page, const Service
             [this](Shape* shape, const QString& handler, const QVariantList& arguments) {
                 takeAct(*shape, handler, arguments);
             });
+    connect(&services.manager, &RuntimeManager::remoteControlFinished, this,
+            [this](const ScadaOperationMessage& message) {
+                m_entered.end(message.requestId, message.outcome == ScadaOperationMessage::Outcome::Done);
+            });
     connectKeys();
 }
 
@@ -91,14 +92,35 @@ PageOperations::~PageOperations() = default;
 
 void PageOperations::connectKeys()
 {
-    for (const auto& [shape, operation] : m_page.operations.all()) {
-        if (operation.key.isEmpty())
+    // In the order of the page, so that the first of two shapes has the key.
+    for (const Shape* shape : m_page.canvas->shapes()) {
+        const Operation* operation = m_page.operations.of(shape);
+        if (!operation || operation->key.isEmpty())
             continue;
-        auto* shortcut = new QShortcut(QKeySequence(operation.key, QKeySequence::PortableText), &m_view);
+        const QKeySequence key(operation->key, QKeySequence::PortableText);
+        if (const QString reason = whyKeyIsTaken(key); !reason.isEmpty()) {
+            m_problems.append(tr("%1: \"%2\": its key does nothing: %3").arg(m_page.fileName, shape->name(), reason));
+            continue;
+        }
+        m_keys.insert(key, shape->name());
+        auto* shortcut = new QShortcut(key, &m_view);
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         shortcut->setAutoRepeat(false); // a key that sticks gives one command
-        connect(shortcut, &QShortcut::activated, this, [this, pushed = shape] { push(*pushed); });
+        connect(shortcut, &QShortcut::activated, this, [this, shape] { push(*shape); });
     }
+}
+
+// A key that two have is nobody's.
+QString PageOperations::whyKeyIsTaken(const QKeySequence& key) const
+{
+    const QString name = key.toString(QKeySequence::NativeText);
+    if (m_keys.contains(key))
+        return tr("%1 is that of \"%2\"").arg(name, m_keys.value(key));
+    const bool isTaken =
+        std::any_of(m_services.takenKeys.begin(), m_services.takenKeys.end(), [&key](const QKeySequence& taken) {
+            return key.matches(taken) != QKeySequence::NoMatch || taken.matches(key) != QKeySequence::NoMatch;
+        });
+    return isTaken ? tr("%1 is a key of the window").arg(name) : QString();
 }
 
 ObjectKey PageOperations::objectOf(const Operation& operation) const
@@ -114,7 +136,7 @@ void PageOperations::push(const Shape& shape)
         request(*operation, operation->value);
 }
 
-void PageOperations::takeAct(const Shape& shape, const QString& handler, const QVariantList& arguments)
+void PageOperations::takeAct(Shape& shape, const QString& handler, const QVariantList& arguments)
 {
     const Operation* operation = m_page.operations.of(&shape);
     if (!operation || !Operation::hasValue(operation->kind))
@@ -125,88 +147,108 @@ void PageOperations::takeAct(const Shape& shape, const QString& handler, const Q
         enterChoice(shape, *operation, arguments.value(0).toInt());
 }
 
-void PageOperations::enterText(const Shape& shape, const Operation& operation)
+void PageOperations::enterText(Shape& shape, const Operation& operation)
 {
     const auto* field = dynamic_cast<const InputField*>(&shape);
     const auto number = field ? numberOf(field->shownText()) : std::nullopt;
     const auto& limits = operation.input.numberInputParam;
     if (!number) {
-        Q_EMIT refused(tr("%1: what was entered is no number").arg(operation.tag));
+        refuse(tr("%1: what was entered is no number").arg(operation.tag), &shape);
         return;
     }
     if (limits && !limits->isEmpty() && (*number < limits->minValue || *number > limits->maxValue)) {
-        Q_EMIT refused(
-            tr("%1: enter a number from %2 to %3").arg(operation.tag).arg(limits->minValue).arg(limits->maxValue));
+        refuse(tr("%1: enter a number from %2 to %3").arg(operation.tag).arg(limits->minValue).arg(limits->maxValue),
+               &shape);
         return;
     }
     const bool isScaled = limits && limits->useScale && limits->scale != 0;
-    request(operation, isScaled ? *number * limits->scale : *number);
+    request(operation, isScaled ? *number * limits->scale : *number, &shape);
 }
 
 // An entry stands for the value of that place; without values, for its place.
-void PageOperations::enterChoice(const Shape& shape, const Operation& operation, int index)
+void PageOperations::enterChoice(Shape& shape, const Operation& operation, int index)
 {
     if (index < 0 || !dynamic_cast<const Choice*>(&shape))
         return;
     const auto& choices = operation.input.enumInputParam;
     const bool isNamed = choices && index < choices->enumValues.size();
-    request(operation, isNamed ? choices->enumValues[index].second : index);
+    request(operation, isNamed ? choices->enumValues[index].second : index, &shape);
 }
 
-void PageOperations::request(const Operation& operation, std::optional<double> value)
+void PageOperations::refuse(const QString& text, Shape* entered)
+{
+    if (entered)
+        m_entered.takeBack(*entered);
+    Q_EMIT refused(text);
+}
+
+/// \param entered the shape that the operator entered the value into; null where it is none's
+void PageOperations::request(const Operation& operation, std::optional<double> value, Shape* entered)
 {
     const RuntimeDatabase::Object* object = m_services.database.object(objectOf(operation));
     if (!object) {
-        Q_EMIT refused(tr("%1: there is no such object").arg(operation.tag));
+        refuse(tr("%1: there is no such object").arg(operation.tag), entered);
         return;
     }
-    OperatorInputDialog::Question question;
-    question.isValueNeeded = Operation::hasValue(operation.kind) && !value;
-    question.isReasonNeeded = object->control.isReasonNeeded;
-    if (!question.isValueNeeded && !question.isReasonNeeded) {
-        send(operation, value.value_or(0), {});
-        return;
-    }
+    const bool isValueNeeded = Operation::hasValue(operation.kind) && !value;
+    if (isValueNeeded || object->control.isReasonNeeded)
+        ask(operation, value, *object, entered);
+    else
+        send(operation, value.value_or(0), {}, entered);
+}
+
+void PageOperations::ask(const Operation& operation, std::optional<double> value, const RuntimeDatabase::Object& object,
+                         Shape* entered)
+{
     ScadaOperationMessage message;
     message.operation = operationOf(operation.kind);
-    message.objectType = object->type;
-    message.objectId = object->id;
+    message.objectType = object.type;
+    message.objectId = object.id;
     message.tag = operation.tag;
     message.value = value ? QVariant(*value) : QVariant();
+    OperatorInputDialog::Question question;
+    question.isValueNeeded = Operation::hasValue(operation.kind) && !value;
+    question.isReasonNeeded = object.control.isReasonNeeded;
     question.command = CommandText::command(message, m_services.database);
     question.input = operation.input;
-    question.present = m_services.manager.value({object->type, object->id});
+    question.present = m_services.manager.value({object.type, object.id});
     // The page may be closed while the operator thinks.
-    auto* dialog = new OperatorInputDialog(*object, question, &m_view);
+    auto* dialog = new OperatorInputDialog(object, question, &m_view);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this,
-            [this, dialog, operation, value] { send(operation, value ? *value : dialog->value(), dialog->reason()); });
+    connect(dialog, &QDialog::accepted, this, [this, dialog, operation, value, entered] {
+        send(operation, value ? *value : dialog->value(), dialog->reason(), entered);
+    });
+    if (entered)
+        connect(dialog, &QDialog::rejected, this, [this, entered] { m_entered.takeBack(*entered); });
     dialog->open();
 }
 
-void PageOperations::send(const Operation& operation, double value, const QString& reason)
+void PageOperations::send(const Operation& operation, double value, const QString& reason, Shape* entered)
+{
+    const quint32 requestId = begin(operation, value, reason);
+    if (entered)
+        m_entered.follow(*entered, requestId);
+}
+
+/// \returns the request's number
+quint32 PageOperations::begin(const Operation& operation, double value, const QString& reason)
 {
     const RuntimeManager::Origin origin(m_services.manager, m_page.canvas->canvasName());
     RuntimeManager& manager = m_services.manager;
     const ObjectKey object = objectOf(operation);
     switch (operation.kind) {
     case Kind::Select:
-        manager.select(object, reason);
-        return;
+        return manager.select(object, reason);
     case Kind::Operate:
-        manager.operate(object, value, reason);
-        return;
+        return manager.operate(object, value, reason);
     case Kind::SetPoint:
-        manager.setPoint(object, value, reason);
-        return;
+        return manager.setPoint(object, value, reason);
     case Kind::Raise:
-        manager.raise(object, reason);
-        return;
+        return manager.raise(object, reason);
     case Kind::Lower:
-        manager.lower(object, reason);
-        return;
+        return manager.lower(object, reason);
     case Kind::EnterValue:
-        manager.enterValue(object, value, reason);
-        return;
+        return manager.enterValue(object, value, reason);
     }
+    return 0;
 }

@@ -2,17 +2,22 @@
 
 #include "host/canvas/operation.h"
 #include "host/hostexport.h"
+#include "host/operating/enteredvalues.h"
+#include "host/runtime/runtimedatabase.h"
 #include "platform/data/objectkey.h"
 
+#include <QHash>
+#include <QKeySequence>
+#include <QList>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantList>
 
 #include <functional>
 #include <optional>
 
 class CanvasView;
-class RuntimeDatabase;
 class RuntimeManager;
 class Shape;
 struct Page;
@@ -34,12 +39,17 @@ public:
         const RuntimeDatabase& database;
         /// Whether clicks are for the plant now; always unless set.
         std::function<bool()> isOperating = {};
+        /// Keys that mean something else wherever the page is shown: no operation has them.
+        QList<QKeySequence> takenKeys = {};
     };
 
     /// \param view of the page; its parent too
     /// \param page, services must outlive this
     PageOperations(CanvasView& view, const Page& page, const Services& services);
     ~PageOperations() override;
+
+    /// Operations whose keys do nothing, and why: a text each.
+    const QStringList& problems() const { return m_problems; }
 
     /// Does what \p shape stands for, as if it had been pushed.
     void push(const Shape& shape);
@@ -50,14 +60,22 @@ Q_SIGNALS:
 
 private:
     void connectKeys();
-    void takeAct(const Shape& shape, const QString& handler, const QVariantList& arguments);
-    void enterText(const Shape& shape, const Operation& operation);
-    void enterChoice(const Shape& shape, const Operation& operation, int index);
-    void request(const Operation& operation, std::optional<double> value);
-    void send(const Operation& operation, double value, const QString& reason);
+    QString whyKeyIsTaken(const QKeySequence& key) const;
+    void takeAct(Shape& shape, const QString& handler, const QVariantList& arguments);
+    void enterText(Shape& shape, const Operation& operation);
+    void enterChoice(Shape& shape, const Operation& operation, int index);
+    void request(const Operation& operation, std::optional<double> value, Shape* entered = nullptr);
+    void ask(const Operation& operation, std::optional<double> value, const RuntimeDatabase::Object& object,
+             Shape* entered);
+    void refuse(const QString& text, Shape* entered);
+    void send(const Operation& operation, double value, const QString& reason, Shape* entered);
+    quint32 begin(const Operation& operation, double value, const QString& reason);
     ObjectKey objectOf(const Operation& operation) const;
 
     CanvasView& m_view;
     const Page& m_page;
     Services m_services;
+    EnteredValues m_entered;
+    QHash<QKeySequence, QString> m_keys; ///< with the shapes that have them
+    QStringList m_problems;
 };

@@ -136,6 +136,7 @@ void LiveSystem::heedScripts()
     m_core.setScriptInterface(&m_scripts);
     m_scripts.setLimits({m_project.scriptLimit});
     m_scripts.setFolder(m_project.folder);
+    m_scripts.setAlarmDesk(&m_alarms.desk());
     m_scripts.setPageNames([this] { return m_project.pages(); });
     connect(&m_scripts, &ScriptEngine::failed, this, &LiveSystem::addProblem);
     connect(&m_scripts, &ScriptEngine::logged, this, [this](ScriptEngine::Severity severity, const QString& text) {

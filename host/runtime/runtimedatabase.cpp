@@ -513,6 +513,12 @@ bool RuntimeDatabase::resetStatistics(ObjectKey key, qint64 nowMs)
     return true;
 }
 
+bool RuntimeDatabase::hasStatistics(ObjectKey key) const
+{
+    const Present* present = findPresent(key);
+    return present && present->statistics;
+}
+
 std::optional<qint64> RuntimeDatabase::statisticsSinceMs(ObjectKey key) const
 {
     const Present* present = findPresent(key);

@@ -189,6 +189,8 @@ public:
     /// Starts the statistics of all periods anew, with the present value from \p nowMs on.
     /// \returns false for an object without a sample so far.
     bool resetStatistics(ObjectKey key, qint64 nowMs);
+    /// Whether an object has statistics, of this run or restored.
+    bool hasStatistics(ObjectKey key) const;
     /// Since when the statistics run; nothing before the first sample and where it is not known.
     std::optional<qint64> statisticsSinceMs(ObjectKey key) const;
 

@@ -1,11 +1,9 @@
-#include "host/accounts/databasemanager.h"
+#include "host/alarms/alarmdesk.h"
 #include "host/scripting/pythonvalues_p.h"
 #include "host/scripting/scriptmodule_p.h"
 #include "host/scripting/scriptsession_p.h"
-#include "platform/core/korvanecoreinterface.h"
 #include "platform/data/scadaalarm.h"
 #include "scada/hub/korvanescadacoreinterface.h"
-#include "scada/hub/korvanescadaruntimmanagerinterface.h"
 #include "scada/hub/systemalarmmanagerinterface.h"
 
 #include <QDateTime>
@@ -23,27 +21,26 @@ using ScriptModule::session;
 constexpr const char* stateNames[] = {"normal",  "unacknowledged", "acknowledged",  "returned unacknowledged",
                                       "shelved", "suppressed",     "out of service"};
 
-SystemAlarmManagerInterface& manager()
+template <typename Service>
+Service& needed(Service* service)
 {
-    SystemAlarmManagerInterface* alarms = session().hub().alarmManager();
-    if (!alarms)
+    if (!service)
         raise(PyExc_RuntimeError, QStringLiteral("this system has no alarms"));
-    return *alarms;
+    return *service;
 }
 
-QString currentUser()
+SystemAlarmManagerInterface& manager()
 {
-    KorvaneScadaRuntimManagerInterface* runtime = session().hub().runtimeManager();
-    return runtime ? runtime->currentUser() : QString();
+    return needed(session().hub().alarmManager());
 }
 
 /// What operators do about alarms needs their rights, by whatever way they do it.
-void needRight(quint64 id)
+AlarmDesk& deskFor(AlarmDesk::Act act, ObjectKey object)
 {
-    KorvaneCoreInterface* core = session().hub().core();
-    const auto* users = core ? dynamic_cast<const DatabaseManager*>(core->databaseManager()) : nullptr;
-    if (users && !users->may(AccountRole::Operator, manager().alarm(id).area))
+    AlarmDesk& desk = needed(session().alarmDesk);
+    if (!desk.permits(act, object))
         raise(PyExc_PermissionError, QStringLiteral("who is logged on may not do that"));
+    return desk;
 }
 
 py::list active()
@@ -83,8 +80,7 @@ void ScriptModule::defineAlarms(py::module_ alarms)
     alarms.def(
         "acknowledge",
         [](quint64 id) {
-            needRight(id);
-            return manager().acknowledge(id, currentUser());
+            return deskFor(AlarmDesk::Act::Acknowledge, manager().alarm(id).object()).acknowledge({id}) > 0;
         },
         py::arg("id"),
         "acknowledge(id)\n\nAcknowledges an occurrence for the operator who is logged in; False when there was nothing "
@@ -94,9 +90,8 @@ void ScriptModule::defineAlarms(py::module_ alarms)
         [](quint64 id, double minutes, const py::str& reason) {
             if (!(minutes > 0 && minutes <= longestShelf))
                 raise(PyExc_ValueError, QStringLiteral("minutes must be above 0, at most %1").arg(longestShelf));
-            needRight(id);
             const QDateTime until = session().hub().currentTime().addMSecs(static_cast<qint64>(minutes * 60000));
-            return manager().shelve(id, until, currentUser(), text(reason.ptr()));
+            return deskFor(AlarmDesk::Act::Shelve, manager().alarm(id).object()).shelve(id, until, text(reason.ptr()));
         },
         py::arg("id"), py::arg("minutes"), py::arg("reason"),
         "shelve(id, minutes, reason)\n\nPuts an occurrence away for some minutes, at most a week; False when it can't "
@@ -104,12 +99,14 @@ void ScriptModule::defineAlarms(py::module_ alarms)
     alarms.def(
         "suppress",
         [](const py::str& tag, bool suppressed, const py::str& reason) {
-            return manager().setSuppressed(session().tag(tag.ptr()).object, suppressed, text(reason.ptr()));
+            const ObjectKey object = session().tag(tag.ptr()).object;
+            return deskFor(AlarmDesk::Act::TakeOutOfService, object)
+                .setSuppressed(object, suppressed, text(reason.ptr()));
         },
         py::arg("tag"), py::arg("suppressed") = true, py::arg("reason") = py::str(),
         "suppress(tag, suppressed=True, reason='')\n\nKeeps the alarms of an object from the operator while a state of "
-        "the "
-        "plant makes them meaningless, or ends that; False when it was so already.");
+        "the plant makes them meaningless, or ends that; False when it was so already. Raises PermissionError when who "
+        "is logged on is no supervisor.");
     alarms.def(
         "highest_severity", [] { return manager().highestUnacknowledgedSeverity(); },
         "highest_severity()\n\nThe highest severity that waits for an operator; -1 when none does.");

@@ -37,6 +37,11 @@ void ScriptEngine::setFolder(const QString& folder)
     m_session->folder = folder;
 }
 
+void ScriptEngine::setAlarmDesk(AlarmDesk* desk)
+{
+    m_session->alarmDesk = desk;
+}
+
 void ScriptEngine::setPageNames(std::function<QStringList()> names)
 {
     m_session->pageNames = std::move(names);

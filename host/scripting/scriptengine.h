@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 
+class AlarmDesk;
 class KorvaneScadaCoreInterface;
 class ScriptSession;
 
@@ -51,6 +52,9 @@ public:
     bool isEnabled() const;
     /// Folder that the files of sounds are seen from; the working folder unless set.
     void setFolder(const QString& folder);
+    /// Through which scripts acknowledge, shelve and suppress alarms; not owned, must outlive the engine. Without one they
+    /// can't.
+    void setAlarmDesk(AlarmDesk* desk);
     /// Names of the pages that scripts can open; asked each time.
     void setPageNames(std::function<QStringList()> names);
 

@@ -91,6 +91,7 @@ public:
     ScriptEngine::Limits limits;
     std::function<QStringList()> pageNames;
     QString folder;
+    AlarmDesk* alarmDesk = nullptr;
     QString lastError;
     bool isEnabled = true;
 

@@ -47,7 +47,16 @@ void Choice::choose(int index)
 {
     if (index == m_index || index < 0 || index >= m_items.size())
         return;
+    m_indexBefore = m_index;
     m_index = index;
     changed();
     act(QStringLiteral("onCurrentIndexChanged"), {index});
+}
+
+void Choice::replace(int chosen, int index)
+{
+    if (m_index != chosen || m_index == index)
+        return;
+    m_index = index;
+    changed();
 }

@@ -20,11 +20,16 @@ public:
 
     const QStringList& items() const { return m_items; }
     int index() const { return m_index; }
+    /// The entry that was shown when the operator chose another one last; -1 before.
+    int indexBefore() const { return m_indexBefore; }
 
     /// The operator chose an entry; one that there is not, or the one that is chosen, changes nothing.
     void choose(int index);
+    /// What the operator chose is not so after all: shows \p index, unless it shows another entry than \p chosen by now.
+    void replace(int chosen, int index);
 
 private:
     QStringList m_items;
     int m_index = -1;
+    int m_indexBefore = -1;
 };

@@ -111,6 +111,15 @@ void InputField::takeBack()
         write(m_textBefore);
 }
 
+void InputField::replace(const QString& entered, const QString& text)
+{
+    if (m_textBefore == entered)
+        m_textBefore = text; // what taking back leads to
+    const bool isBeingWritten = m_isEdited && m_isTyped;
+    if (m_text == entered && !isBeingWritten)
+        setText(text);
+}
+
 void InputField::enter(const QString& text)
 {
     if (m_isTyped) // else the live value goes on showing

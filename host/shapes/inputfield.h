@@ -20,6 +20,10 @@ public:
     const ShapeClass& shapeClass() const override { return staticClass(); }
     void draw(const ShapePainter& painter) const override;
 
+    /// What is or was written.
+    QString text() const { return m_text; }
+    /// What the operator began with when he wrote last.
+    QString textBefore() const { return m_textBefore; }
     /// The text as it is shown, without the placeholder.
     QString shownText() const;
     /// Where the text lies: the field without its unit.
@@ -35,6 +39,9 @@ public:
     void takeBack();
     /// The operator is done with writing: "Text" is \p text, if he wrote anything.
     void enter(const QString& text);
+    /// What the operator entered is not so after all: \p text takes the place of \p entered, unless another text is there
+    /// by now. What he writes meanwhile stays.
+    void replace(const QString& entered, const QString& text);
 
 private:
     void setText(const QString& text);

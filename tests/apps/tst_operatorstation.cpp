@@ -16,20 +16,26 @@
 #include "tests/support/operatedproject.h"
 #include "tests/support/ownsettings.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDockWidget>
 #include <QDoubleSpinBox>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTabWidget>
 #include <QTableWidget>
+
+#include <algorithm>
+#include <functional>
 
 Q_DECLARE_METATYPE(Page*)
 
@@ -46,8 +52,13 @@ QString text(const char* utf8)
 class Station
 {
 public:
-    explicit Station(bool isSecured = true) : project(isSecured), system(project.open())
+    /// \param adjust changes the project's files before they are read
+    explicit Station(bool isSecured = true, const std::function<void(const OperatedProject&)>& adjust = {})
+        : project(isSecured)
     {
+        if (adjust)
+            adjust(project);
+        system = project.open();
         options.project = project.folder();
         options.isSilent = true;
         window = std::make_unique<RuntimeWindow>(*system, options);
@@ -86,6 +97,14 @@ public:
     std::unique_ptr<RuntimeWindow> window;
     QList<ScadaOperationMessage> ended;
 };
+
+bool isSummaryShown()
+{
+    const auto windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && window->windowTitle() == text("Scada Summary");
+    });
+}
 
 void pressOk(QDialog& dialog)
 {
@@ -361,6 +380,156 @@ private Q_SLOTS:
         QTRY_VERIFY(!station.view().viewport()->findChild<QLabel*>(text("qtooltip_label")));
     }
 
+    void aKeyOfTheWindowIsReportedAndStaysTheWindows()
+    {
+        const Station station(false, [](const OperatedProject& project) {
+            QByteArray page = project.read("pages/operating.pws");
+            page.replace("\"key\": \"Ctrl+T\"", "\"key\": \"F8\"");
+            page.replace("\"key\": \"Ctrl+R\"", "\"key\": \"Alt+P\"");
+            project.write("pages/operating.pws", page);
+        });
+        station.openPage();
+        const QStringList problems = station.system->problems().filter(text("its key does nothing"));
+        QCOMPARE(problems.size(), 2);
+        QVERIFY(problems.filter(text("F8 is a key of the window"))
+                    .constFirst()
+                    .contains(text("pages/operating.pws: \"stop_pump\"")));
+        QVERIFY(problems.filter(text("Alt+P is a key of the window")).constFirst().contains(text("\"run_pump\"")));
+        QVERIFY(QTest::qWaitForWindowActive(station.window.get()));
+        station.view().setFocus();
+        QTest::keyClick(&station.view(), Qt::Key_F8);
+        QVERIFY(isSummaryShown());
+    }
+
+    void whileNobodyIsLoggedOnThePlantIsOutOfReach()
+    {
+        Station station;
+        station.system->trustScripts();
+        station.logOn("otto");
+        QVERIFY(QTest::qWaitForWindowActive(station.window.get()));
+        station.system->scripts().runForCanvas(&station.view().canvas(),
+                                               text("def onZoomLevelChanged(canvas, zoom):\n    print('zoomed')"));
+        for (const Qt::Key key : {Qt::Key_F2, Qt::Key_F3, Qt::Key_F4, Qt::Key_F8, Qt::Key_F12})
+            QTest::keyClick(station.window.get(), key);
+        QVERIFY(isSummaryShown());
+        const auto docks = station.window->findChildren<QDockWidget*>();
+        const auto isShown = [&docks](const char* name) {
+            return std::any_of(docks.begin(), docks.end(), [name](const QDockWidget* dock) {
+                return dock->objectName() == text(name) && dock->isVisible();
+            });
+        };
+        QVERIFY(isShown("scripts"));
+        QVERIFY(isShown("operations"));
+
+        const QPoint place = OperatedProject::middleOf(station.view(), "inlet_valve");
+        QSignalSpy printed(&station.system->scripts(), &ScriptEngine::stdOut);
+        station.manager().endSession();
+        printed.clear();
+        QCOMPARE(station.tabs().count(), 0);
+        QVERIFY(!isSummaryShown());
+        for (const Qt::Key key : {Qt::Key_F4, Qt::Key_F8, Qt::Key_F12, Qt::Key_F5})
+            QTest::keyClick(station.window.get(), key);
+        QTest::keyClick(station.window.get(), Qt::Key_T, Qt::ControlModifier); // the pump's
+        QTest::keyClick(station.window.get(), Qt::Key_Plus, Qt::ControlModifier);
+        QTest::mouseClick(station.window->centralWidget(), Qt::LeftButton, {}, place);
+        QCoreApplication::processEvents();
+        QVERIFY(!isSummaryShown());
+        for (const char* name : {"scripts", "operations", "alarms"})
+            QVERIFY2(!isShown(name), name);
+        QCOMPARE(printed.count(), 0);
+        QCOMPARE(station.ended.size(), 0);
+        QVERIFY(!station.window->findChild<PointTips*>());
+        for (const QAbstractItemView* list : station.window->findChildren<QAbstractItemView*>())
+            QVERIFY2(!list->isVisible() || !list->model() || list->model()->rowCount() == 0,
+                     list->metaObject()->className());
+        for (const QPlainTextEdit* explanation : station.window->findChildren<QPlainTextEdit*>())
+            QVERIFY(!explanation->isVisible() || explanation->toPlainText().isEmpty());
+        QVERIFY(!station.system->openPage(text("operating")));
+    }
+
+    void norIsItBeforeTheFirstHasLoggedOn()
+    {
+        const Station station;
+        QVERIFY(QTest::qWaitForWindowActive(station.window.get()));
+        for (const Qt::Key key : {Qt::Key_F4, Qt::Key_F5, Qt::Key_F8, Qt::Key_F12})
+            QTest::keyClick(station.window.get(), key);
+        QVERIFY(!isSummaryShown());
+        for (const QDockWidget* dock : station.window->findChildren<QDockWidget*>())
+            QVERIFY2(!dock->isVisible(), qPrintable(dock->objectName()));
+    }
+
+    void withoutTheirFileNoCommandsAreSent()
+    {
+        const QByteArray foreign("no database, but something of somebody's");
+        Station station(false, [foreign](const OperatedProject& project) { project.write("operating.db", foreign); });
+        const QStringList problems = station.system->problems().filter(text("no commands are sent"));
+        QCOMPARE(problems.size(), 1);
+        QVERIFY(problems.constFirst().contains(text("operating.db")));
+        station.openPage();
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::AnalogPoint, 200010}).isValid());
+        station.click("lower_inlet_valve");
+        QTRY_COMPARE(station.outcome(), Outcome::Refused);
+        QCOMPARE(station.ended.constLast().text, text("the audit log can't be written"));
+        QCOMPARE(station.project.read("operating.db"), foreign);
+    }
+
+    void theSecondQuestionWaitsForTheFirst()
+    {
+        Station station(true, [](const OperatedProject& project) {
+            QByteArray points = project.read("points.csv");
+            points.replace(",select,user,", ",direct,user,");
+            project.write("points.csv", points);
+        });
+        station.system->trustScripts();
+        station.logOn("otto");
+        QTRY_VERIFY(station.manager().value({Korvane::ScadaObjectType::DigitalPoint, 100001}).isValid());
+        const auto question = [](const ControlConfirm& dialog) {
+            return dialog.findChild<QLabel*>(text("value"))->text();
+        };
+        QStringList questions;
+        inDialog<ControlConfirm>([&](ControlConfirm& dialog) {
+            station.system->scripts().run(text("control.operate('P101.RUNNING', 1)"));
+            QTRY_COMPARE(station.manager().pendingRequests().size(), 2);
+            QCoreApplication::processEvents();
+            questions.append(question(dialog));
+            QCOMPARE(station.window->findChildren<ControlConfirm*>().size(), 1);
+            inDialog<ControlConfirm>([&](ControlConfirm& second) {
+                questions.append(question(second));
+                second.reject();
+            });
+            dialog.findChild<QLineEdit*>(text("password"))->setText(OperatedProject::password(text("otto")));
+            pressOk(dialog);
+        });
+        station.click("stop_pump");
+        QTRY_COMPARE_WITH_TIMEOUT(station.ended.size(), 2, 20000);
+        QCOMPARE(questions, (QStringList{text("Pump (P101.RUNNING): Operate Stopped"),
+                                         text("Pump (P101.RUNNING): Operate Running")}));
+        for (const ScadaOperationMessage& end : qAsConst(station.ended))
+            QCOMPARE(end.outcome, end.value == QVariant(0.0) ? Outcome::Done : Outcome::NotConfirmed);
+    }
+
+    void scriptsActOnAlarmsWithTheRightsOfWhoIsLoggedOn()
+    {
+        const Station station;
+        station.system->trustScripts();
+        const QString script = text("print(alarms.suppress('V101.OPEN', reason='cleaning'))");
+        const auto isSuppressed = [&station] {
+            const ObjectKey valve{Korvane::ScadaObjectType::DigitalPoint, 100002};
+            return station.system->alarms().manager().exclusion(valve).isSuppressed;
+        };
+        for (const char* user : {"", "vera", "otto"}) {
+            if (*user)
+                station.logOn(user);
+            station.system->scripts().run(script);
+            QVERIFY2(station.system->scripts().lastError().contains(text("PermissionError")), user);
+            QVERIFY(!isSuppressed());
+        }
+        station.logOn("sue");
+        station.system->scripts().run(script);
+        QCOMPARE(station.system->scripts().lastError(), QString());
+        QVERIFY(isSuppressed());
+    }
+
     void theSummaryAndTheOperationsAreWindowsOfTheMenu()
     {
         Station station(false);
@@ -374,10 +543,7 @@ private Q_SLOTS:
             if (action->shortcut() == QKeySequence(Qt::Key_F8))
                 action->trigger();
         }
-        bool isThere = false;
-        for (const QWidget* widget : QApplication::topLevelWidgets())
-            isThere |= widget->isVisible() && widget->windowTitle() == text("Scada Summary");
-        QVERIFY(isThere);
+        QVERIFY(isSummaryShown());
     }
 
     void sessionsAndAccountsAreInTheAuditLog()

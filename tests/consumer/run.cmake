@@ -12,6 +12,6 @@ endfunction()
 function(build_against_install project build_folder)
     file(REMOVE_RECURSE "${build_folder}")
     run("${CMAKE_COMMAND}" -S "${project}" -B "${build_folder}" -G "${generator}"
-        "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${compiler}" "-DCMAKE_CXX_FLAGS=${flags}")
+        "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${compiler}")
     run("${CMAKE_COMMAND}" --build "${build_folder}")
 endfunction()

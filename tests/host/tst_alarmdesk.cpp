@@ -247,6 +247,21 @@ private Q_SLOTS:
         QVERIFY(desk.desk.unshelve(desk.low));
     }
 
+    void theLogSaysWhoSuppressed()
+    {
+        Desk desk;
+        QStringList lines;
+        connect(&desk.manager, &AlarmManager::transitioned, this, [&lines](const AlarmTransition& line) {
+            if (line.alarm.id == 0)
+                lines.append(line.user + QLatin1Char(':') + line.reason);
+        });
+        QVERIFY(desk.desk.permits(AlarmDesk::Act::TakeOutOfService, pump));
+        QVERIFY(desk.desk.setSuppressed(pump, true, QStringLiteral("pump off")));
+        QVERIFY(!desk.desk.setSuppressed(pump, true, {}));
+        QVERIFY(desk.desk.setSuppressed(pump, false, {}));
+        QCOMPARE(lines, (QStringList{QStringLiteral("ann:pump off"), QStringLiteral("ann:")}));
+    }
+
     void onAPageTheSameRightsCount()
     {
         Desk desk;

@@ -108,6 +108,28 @@ private Q_SLOTS:
         QCOMPARE(plant.outcomeOf(outer), Outcome::NotConfirmed);
     }
 
+    void aQuestionWaitsForTheOneBefore()
+    {
+        OperatedPlant plant(OperatedPlant::confirmedBy(Confirmation::User, level));
+        plant.logOn("ann");
+        quint32 later = 0;
+        QList<quint32> askedMeanwhile;
+        plant.confirmer.answer = [&](const ScadaOperationMessage& request) {
+            if (request.value != QVariant(1))
+                return true; // by the password that was given for the other one
+            later = plant.order(Command::SetPoint, level, 2);
+            askedMeanwhile = plant.confirmer.asked;
+            return plant.givePassword("ann");
+        };
+        const quint32 first = plant.order(Command::SetPoint, level, 1);
+        QCOMPARE(askedMeanwhile, QList<quint32>{first});
+        QCOMPARE(plant.confirmer.asked, (QList<quint32>{first, later}));
+        QCOMPARE(plant.outcomeOf(first), Outcome::Sent);
+        QCOMPARE(plant.outcomeOf(later), Outcome::NotConfirmed);
+        QCOMPARE(plant.source->written.size(), std::size_t(1));
+        QCOMPARE(plant.source->written[0].value, 1.0);
+    }
+
     void whatChangesMeanwhileIsSeen_data()
     {
         QTest::addColumn<Happening>("happening");

@@ -469,6 +469,40 @@ private Q_SLOTS:
         QCOMPARE(plant.outcomeOf(id), Outcome::Done);
     }
 
+    // A source that fails
+
+    void aSourceThatComesBackInTimeEndsItsCommands()
+    {
+        OperatedPlant plant;
+        const quint32 id = plant.order(Command::Operate, pump, 1);
+        plant.source->fail();
+        plant.pass(1000);
+        QCOMPARE(plant.outcomeOf(id), Outcome::Sent);
+        plant.source->recover();
+        QCOMPARE(plant.outcomeOf(plant.order(Command::Operate, pump, 0)), Outcome::Refused); // not two at a time
+        plant.say(pump, 1);
+        QCOMPARE(plant.outcomeOf(id), Outcome::Done);
+        QCOMPARE(plant.outcomeOf(plant.order(Command::Operate, pump, 0)), Outcome::Sent);
+        QCOMPARE(plant.source->written.size(), std::size_t(2));
+    }
+
+    void aSourceThatStaysAwayHoldsNoCommand()
+    {
+        OperatedPlant plant;
+        const quint32 id = plant.order(Command::Operate, pump, 1);
+        plant.source->fail();
+        plant.pass(10000);
+        QCOMPARE(plant.outcomeOf(id), Outcome::TimedOut);
+        plant.source->recover();
+        plant.pass(1000);
+        QCOMPARE(plant.source->written.size(), std::size_t(1)); // not once more by itself
+        const quint32 next = plant.order(Command::Operate, pump, 1);
+        QCOMPARE(plant.outcomeOf(next), Outcome::Sent);
+        plant.say(pump, 1);
+        QCOMPARE(plant.outcomeOf(next), Outcome::Done);
+        QCOMPARE(plant.outcomeOf(id), Outcome::TimedOut);
+    }
+
     // The audit log
 
     void whatCantBeAccountedForIsNotSent()
@@ -495,6 +529,59 @@ private Q_SLOTS:
         OperatedPlant::settle();
         QCOMPARE(plant.outcomeOf(id), Outcome::Refused);
         QVERIFY(!isDone);
+    }
+
+    void anEndThatCantBeWrittenIsToldAndWrittenLater()
+    {
+        const TemporaryFiles files;
+        OperatedPlant plant({false, files.path(QString()), {}});
+        const quint32 first = plant.order(Command::Operate, pump, 1);
+        const quint32 second = plant.order(Command::SetPoint, level, 5);
+        plant.audit.close();
+        plant.say(pump, 1);
+        QCOMPARE(plant.outcomeOf(first), Outcome::Done);
+        QCOMPARE(plant.problems.size(), 1);
+        QVERIFY(plant.problems.first().contains(text("operating.db: the audit log is not open")));
+        plant.say(level, 5);
+        plant.pass(60000);
+        QVERIFY(plant.audit.open(files.path(text("operating.db"))));
+        QCOMPARE(plant.auditOf(first), text("sent"));
+        plant.pass(1000);
+        QCOMPARE(plant.auditOf(first), text("sent done"));
+        QCOMPARE(plant.auditOf(second), text("sent done"));
+        QVERIFY(plant.audit.verify());
+    }
+
+    void anEndThatIsNeverWrittenIsNamed()
+    {
+        QStringList told;
+        {
+            OperatedPlant plant;
+            connect(&plant.path, &ControlPath::problemFound, this, [&told](const QString& each) { told.append(each); });
+            plant.order(Command::Operate, pump, 1);
+            plant.audit.close();
+            plant.say(pump, 1);
+            told.clear();
+        }
+        QCOMPARE(told, QStringList(text("1 end(s) of requests are missing in the audit log, from that of PUMP "
+                                        "(2020-09-13T12:26:40.000Z) on")));
+    }
+
+    void anEndIsWrittenAtTheLastChance()
+    {
+        const TemporaryFiles files;
+        const QString name = files.path(text("operating.db"));
+        {
+            OperatedPlant plant({false, files.path(QString()), {}});
+            plant.order(Command::Operate, pump, 1);
+            plant.audit.close();
+            plant.say(pump, 1);
+            plant.pass(10); // tried in vain, and not due again so soon
+            QVERIFY(plant.audit.open(name));
+        }
+        AuditLog log;
+        QVERIFY(log.open(name));
+        QCOMPARE(log.verify().value_or(0), qint64(2)); // sent, done
     }
 
     void whatIsDoneInPlaceOfACommandEndsAsItWent()

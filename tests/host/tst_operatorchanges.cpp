@@ -331,6 +331,21 @@ private Q_SLOTS:
         QCOMPARE(plant.database.statisticsSinceMs(level).value_or(0), plant.nowMs);
     }
 
+    void statisticsOfUnknownAgeBeginAnewToo()
+    {
+        OperatedPlant before;
+        before.say(level, 90);
+        QByteArray state = before.database.state(level);
+        // As it was stored before it said since when the statistics run: layout byte, time, quality, flag, value.
+        state.remove(1 + 8 + 4 + 1 + 8, 8);
+        state[0] = 1;
+        OperatedPlant plant;
+        QVERIFY(plant.database.restore(level, state));
+        plant.pass(1000);
+        QVERIFY(plant.changes.resetStatistics(level, by("sue"))); // before the first sample
+        QCOMPARE(plant.database.statisticsSinceMs(level).value_or(0), plant.nowMs);
+    }
+
     void everythingOutlastsTheProgram()
     {
         TemporaryFiles files;

@@ -1,5 +1,7 @@
 // What the module "korvane" gives scripts: tags, alarms, the log, the time.
 
+#include "host/alarms/alarmdesk.h"
+#include "host/alarms/alarmmanager.h"
 #include "host/runtime/dataservice.h"
 #include "platform/data/valuemarks.h"
 #include "tests/support/scriptpage.h"
@@ -53,7 +55,7 @@ struct Plant : ScriptPage
     DataService service;
 };
 
-/// An alarm manager with two occurrences, which keeps who acknowledged.
+/// An alarm manager with two occurrences.
 class Alarms : public TestSystemAlarmManager
 {
 public:
@@ -77,27 +79,9 @@ public:
         alarms = {high, change};
     }
     QList<ScadaAlarm> activeAlarms() const override { return alarms; }
-    bool acknowledge(quint64 id, const QString& user) override
-    {
-        acknowledged.append(text("%1 by %2").arg(id).arg(user));
-        return id == 7;
-    }
     int highestUnacknowledgedSeverity() const override { return 9; }
-    bool shelve(quint64 id, const QDateTime& until, const QString& user, const QString& reason) override
-    {
-        shelved.append(text("%1 until %2 by %3: %4").arg(id).arg(until.toString(Qt::ISODate), user, reason));
-        return id == 7;
-    }
-    bool setSuppressed(ObjectKey object, bool isSuppressed, const QString& reason) override
-    {
-        suppressed.append(text("%1 %2 %3").arg(object.id).arg(int(isSuppressed)).arg(reason));
-        return isSuppressed;
-    }
 
-    QStringList shelved;
-    QStringList suppressed;
     QList<ScadaAlarm> alarms;
-    QStringList acknowledged;
 };
 
 class Session : public TestScadaRuntimManager
@@ -105,6 +89,35 @@ class Session : public TestScadaRuntimManager
 public:
     Session() : TestScadaRuntimManager(nullptr) {}
     QString currentUser() const override { return text("anna"); }
+};
+
+/// A plant's alarms at work, where anna is logged on: one of LT-1 waits. What is done about it is kept, as "2 by anna".
+struct WatchedAlarms
+{
+    static constexpr ObjectKey level{ScadaObjectType::AnalogPoint, 200011};
+
+    explicit WatchedAlarms(Plant& plant)
+        : manager([&plant] { return plant.core.scadaCoreInterface()->currentTime(); }),
+          desk(manager, *plant.core.scadaCoreInterface())
+    {
+        plant.core.scadaCoreInterface()->setAlarmManager(&manager);
+        plant.core.scadaCoreInterface()->setRuntimeManager(&session);
+        plant.engine.setAlarmDesk(&desk);
+        ScadaAlarm alarm;
+        alarm.objectType = level.type;
+        alarm.objectId = level.id;
+        alarm.raised = plant.core.scadaCoreInterface()->currentTime();
+        high = manager.raiseAlarm(alarm);
+        QObject::connect(&manager, &AlarmManager::transitioned, [this](const AlarmTransition& line) {
+            told.append(text("%1 by %2").arg(int(line.kind)).arg(line.user));
+        });
+    }
+
+    Session session;
+    AlarmManager manager;
+    AlarmDesk desk;
+    quint64 high = 0;
+    QStringList told;
 };
 
 } // namespace
@@ -388,13 +401,12 @@ private Q_SLOTS:
     void alarmsAreAcknowledgedForWhoIsLoggedIn()
     {
         Plant plant;
-        Alarms manager;
-        plant.core.scadaCoreInterface()->setAlarmManager(&manager);
-        QCOMPARE(plant.run("print(alarms.acknowledge(7), alarms.acknowledge(id=5))"), text("True False"));
-        Session session;
-        plant.core.scadaCoreInterface()->setRuntimeManager(&session);
-        QCOMPARE(plant.run("print(alarms.acknowledge(7))"), text("True"));
-        QCOMPARE(manager.acknowledged, QStringList({text("7 by "), text("5 by "), text("7 by anna")}));
+        const WatchedAlarms watched(plant);
+        const quint64 id = watched.high;
+        QCOMPARE(
+            plant.run(text("print(alarms.acknowledge(%1), alarms.acknowledge(id=%1), alarms.acknowledge(99))").arg(id)),
+            text("True False False"));
+        QCOMPARE(watched.manager.alarm(id).acknowledgedBy, text("anna"));
         QVERIFY(plant.run("alarms.acknowledge('7')").contains(text("TypeError")));
         QVERIFY(plant.run("alarms.acknowledge(-1)").contains(text("TypeError")));
     }
@@ -402,29 +414,63 @@ private Q_SLOTS:
     void alarmsAreShelvedAndSuppressed()
     {
         Plant plant;
-        Alarms manager;
-        plant.core.scadaCoreInterface()->setAlarmManager(&manager);
-        const QString until = plant.core.scadaCoreInterface()->currentTime().addSecs(90).toString(Qt::ISODate);
-        QCOMPARE(plant.run("print(alarms.shelve(7, 1.5, 'known'), alarms.shelve(id=5, minutes=1.5, reason=''))"),
-                 text("True False"));
-        QCOMPARE(manager.shelved,
-                 (QStringList{text("7 until %1 by : known").arg(until), text("5 until %1 by : ").arg(until)}));
+        const WatchedAlarms watched(plant);
+        const quint64 id = watched.high;
         for (const char* minutes : {"0", "-1", "10081", "float('nan')"}) {
-            const QString said = plant.run((QByteArray("alarms.shelve(7, ") + minutes + ", 'x')").constData());
+            const QString said = plant.run(text("alarms.shelve(%1, %2, 'x')").arg(id).arg(text(minutes)));
             QVERIFY2(said.contains(text("ValueError: minutes must be above 0, at most 10080")), qPrintable(said));
         }
-        QCOMPARE(plant.run("print(alarms.suppress('LT-1', reason='cleaning'), alarms.suppress('LT-1', False))"),
+        const QDateTime until = plant.core.scadaCoreInterface()->currentTime().addSecs(90);
+        QCOMPARE(
+            plant.run(
+                text("print(alarms.shelve(%1, 1.5, 'known'), alarms.shelve(id=99, minutes=1.5, reason=''))").arg(id)),
+            text("True False"));
+        QCOMPARE(watched.manager.shelf(id).until, until);
+        QCOMPARE(watched.manager.shelf(id).user, text("anna"));
+        QCOMPARE(watched.manager.shelf(id).reason, text("known"));
+        QCOMPARE(plant.run("print(alarms.suppress('LT-1', reason='cleaning'), alarms.suppress('LT-1', True))"),
                  text("True False"));
-        const QString id = manager.suppressed.constFirst().section(QLatin1Char(' '), 0, 0);
-        QCOMPARE(manager.suppressed, (QStringList{id + text(" 1 cleaning"), id + text(" 0 ")}));
-        QVERIFY(id.toInt() > 0);
+        QVERIFY(watched.manager.exclusion(WatchedAlarms::level).isSuppressed);
+        QCOMPARE(watched.manager.exclusion(WatchedAlarms::level).suppressionReason, text("cleaning"));
+        QCOMPARE(plant.run("print(alarms.suppress('LT-1', False))"), text("True"));
+        QVERIFY(!watched.manager.exclusion(WatchedAlarms::level).isSuppressed);
+        QCOMPARE(watched.told.filter(text(" by anna")).size(), watched.told.size());
         QVERIFY(plant.run("alarms.suppress('nowhere')").contains(text("LookupError")));
+    }
+
+    void whatIsNotPermittedIsRefused_data()
+    {
+        QTest::addColumn<int>("act");
+        QTest::addColumn<QString>("call");
+        using Act = AlarmDesk::Act;
+        QTest::newRow("acknowledge") << int(Act::Acknowledge) << text("alarms.acknowledge(%1)");
+        QTest::newRow("shelve") << int(Act::Shelve) << text("alarms.shelve(%1, 5, 'known')");
+        QTest::newRow("suppress") << int(Act::TakeOutOfService) << text("alarms.suppress('LT-1')");
+    }
+    void whatIsNotPermittedIsRefused()
+    {
+        QFETCH(int, act);
+        QFETCH(QString, call);
+        Plant plant;
+        WatchedAlarms watched(plant);
+        bool isPermitted = false;
+        watched.desk.setPermission([&](AlarmDesk::Act asked, ObjectKey object) {
+            return isPermitted || int(asked) != act || !(object == WatchedAlarms::level);
+        });
+        const QString script = call.contains(QLatin1Char('%')) ? call.arg(watched.high) : call;
+        const QString said = plant.run(script);
+        QVERIFY2(said.contains(text("PermissionError: who is logged on may not do that")), qPrintable(said));
+        QCOMPARE(watched.told, QStringList());
+        isPermitted = true;
+        QCOMPARE(plant.run(text("print(") + script + QLatin1Char(')')), text("True"));
+        QVERIFY(!watched.told.isEmpty());
     }
 
     void aSystemWithoutServicesSaysSo()
     {
         Plant plant;
-        for (const char* call : {"alarms.active()", "alarms.acknowledge(1)", "alarms.highest_severity()"})
+        for (const char* call : {"alarms.active()", "alarms.acknowledge(1)", "alarms.shelve(1, 5, '')",
+                                 "alarms.suppress('LT-1')", "alarms.highest_severity()"})
             QVERIFY2(plant.run(call).contains(text("RuntimeError: this system has no alarms")), call);
         plant.core.scadaCoreInterface()->setAppPropertyManager(nullptr);
         for (const char* call : {"korvane.property('a')", "korvane.set_property('a', 1)"})
