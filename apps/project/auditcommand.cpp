@@ -16,14 +16,17 @@ namespace {
 constexpr int usualCount = 100;
 constexpr int widestCell = 40;
 
-/// What a terminal shows as it is: names are whatever somebody typed at a log-on.
-QString shown(QString text)
+/// What a terminal shows as it is, cut to a width: names are whatever somebody typed at a log-on.
+QString shown(const QString& text, int widest = std::numeric_limits<int>::max())
 {
-    for (QChar& each : text) {
-        if (!each.isPrint() && !each.isSurrogate())
+    QVector<uint> letters = text.toUcs4();
+    for (uint& each : letters) {
+        if (!QChar::isPrint(each))
             each = QChar::ReplacementCharacter;
     }
-    return text;
+    if (letters.size() <= widest)
+        return QString::fromUcs4(letters.constData(), letters.size());
+    return QString::fromUcs4(letters.constData(), widest - 3) + QStringLiteral("...");
 }
 
 QString noteOf(const AuditLine& line)
@@ -35,15 +38,16 @@ QString noteOf(const AuditLine& line)
 
 QString cellOf(const QString& text)
 {
-    const QString all = shown(text);
-    return all.size() > widestCell ? all.left(widestCell - 3) + QStringLiteral("...") : all;
+    return shown(text, widestCell);
 }
 
 QStringList rowOf(const AuditLine& line)
 {
     const QString user =
         line.secondUser.isEmpty() ? line.user : QStringLiteral("%1 and %2").arg(line.user, line.secondUser);
-    const QString value = line.before.isEmpty() ? line.value : QStringLiteral("%1 -> %2").arg(line.before, line.value);
+    QString value = line.value.toString();
+    if (const QString before = line.before.toString(); !before.isEmpty())
+        value = QStringLiteral("%1 -> %2").arg(before, value);
     return {QString::number(line.number),
             line.time.toString(Qt::ISODateWithMs),
             cellOf(line.workplace),
@@ -97,16 +101,22 @@ struct Findings
 /// What is in the file, whoever writes to it meanwhile.
 tl::expected<Findings, QString> inspect(const QString& fileName, int most)
 {
-    for (;;) {
+    constexpr int attempts = 20;
+    for (int i = 0; i < attempts; ++i) {
         AuditLog log;
         const auto opened = log.openReadOnly(fileName);
-        const Findings found{log.verify(), log.newest(most)};
+        Findings found{log.verify(), log.newest(most)};
         if (log.isOvertaken())
             continue;
         if (!opened)
             return tl::make_unexpected(opened.error());
+        // What was written meanwhile is not part of the verdict.
+        while (found.verified && found.lines && !found.lines->isEmpty() &&
+               found.lines->first().number > *found.verified)
+            found.lines->removeFirst();
         return found;
     }
+    return tl::make_unexpected(QStringLiteral("%1: programs keep opening and closing it; try again").arg(fileName));
 }
 
 /// How many lines are to be printed; none where that is no number of lines.

@@ -284,8 +284,10 @@ void RuntimeWindow::showHint()
     m_tabs.setVisible(m_tabs.count() > 0);
     // Scripts print what they know of the plant.
     m_scripts->toggleViewAction()->setDisabled(isNobodyHere);
-    if (isNobodyHere)
+    if (isNobodyHere) {
         m_scripts->hide();
+        m_scripts->clear();
+    }
 }
 
 // Only the page in front takes batches and paints.

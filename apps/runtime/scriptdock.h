@@ -15,6 +15,8 @@ public:
     /// \param scripts not owned, must outlive the dock
     ScriptDock(ScriptEngine& scripts, QWidget* parent);
 
+    void clear() { m_text.clear(); }
+
 private:
     void append(const QString& text);
     void insert(const QString& text);

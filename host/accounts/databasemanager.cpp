@@ -109,10 +109,9 @@ tl::expected<void, QString> DatabaseManager::logOn(const QString& user, const QS
     if (!*found) // removed since the check
         return refuse(Kind::LogOn, user, tr("The user name or the password is wrong."));
     endSession(tr("another log-on took its place"));
+    record(sessionEvent(Kind::LogOn, **found, {}));
     m_current = **found;
-    const AccountEvent begun = sessionEvent(Kind::LogOn, *m_current, {});
-    record(begun);
-    Q_EMIT loggedOn(begun.account); // whoever hears of it, or of a problem, may end the session
+    Q_EMIT loggedOn(QString(m_current->name)); // whoever hears of it may end the session
     return {};
 }
 

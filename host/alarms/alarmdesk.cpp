@@ -116,5 +116,6 @@ bool AlarmDesk::setOutOfService(ObjectKey object, bool outOfService, const QStri
 
 bool AlarmDesk::setSuppressed(ObjectKey object, bool suppressed, const QString& reason)
 {
-    return permits(Act::TakeOutOfService, object) && m_manager.setSuppressed(object, suppressed, user(), reason);
+    const bool isPermitted = !suppressed || permits(Act::TakeOutOfService, object); // nothing is hidden by ending it
+    return isPermitted && m_manager.setSuppressed(object, suppressed, user(), reason);
 }

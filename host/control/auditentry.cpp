@@ -73,19 +73,19 @@ QByteArray AuditEntry::of(const AccountEvent& event, const QString& workplace, c
 std::optional<ScadaOperationMessage> AuditEntry::message(const QByteArray& text)
 {
     const QJsonObject entry = objectOf(text);
-    const auto textOf = [&entry](const char* name) { return entry.value(QLatin1String(name)).toString(); };
+    const auto member = [&entry](const char* name) { return entry.value(QLatin1String(name)).toString(); };
     ScadaOperationMessage message;
-    if (!OperationNames::read(textOf("operation"), message.operation))
+    if (!OperationNames::read(member("operation"), message.operation))
         return std::nullopt;
-    OperationNames::read(textOf("outcome"), message.outcome);
+    OperationNames::read(member("outcome"), message.outcome);
     message.requestId = static_cast<quint32>(entry.value(QLatin1String("request")).toDouble());
     message.objectType = static_cast<Korvane::ScadaObjectType>(entry.value(QLatin1String("objectType")).toInt());
     message.objectId = entry.value(QLatin1String("objectId")).toInt();
-    message.tag = textOf("tag");
-    message.user = textOf("user");
-    message.secondUser = textOf("secondUser");
-    message.reason = textOf("reason");
-    message.text = textOf("text");
+    message.tag = member("tag");
+    message.user = member("user");
+    message.secondUser = member("secondUser");
+    message.reason = member("reason");
+    message.text = member("text");
     message.value = entry.value(QLatin1String("value")).toVariant();
     message.before = entry.value(QLatin1String("before")).toVariant();
     message.time = timeOf(entry);
@@ -95,19 +95,19 @@ std::optional<ScadaOperationMessage> AuditEntry::message(const QByteArray& text)
 AuditLine AuditEntry::line(const QByteArray& text)
 {
     const QJsonObject entry = objectOf(text);
-    const auto textOf = [&entry](const char* name) { return entry.value(QLatin1String(name)).toVariant().toString(); };
+    const auto member = [&entry](const char* name) { return entry.value(QLatin1String(name)); };
     AuditLine line;
     line.time = timeOf(entry);
-    line.workplace = textOf("workplace");
-    line.user = textOf("user");
-    line.secondUser = textOf("secondUser");
-    line.operation = textOf("operation");
-    line.subject = textOf(entry.contains(QLatin1String("account")) ? "account" : "tag");
-    line.before = textOf("before");
-    line.value = textOf("value");
-    line.outcome = textOf("outcome");
-    line.reason = textOf("reason");
-    line.text = textOf("text");
+    line.workplace = member("workplace").toString();
+    line.user = member("user").toString();
+    line.secondUser = member("secondUser").toString();
+    line.operation = member("operation").toString();
+    line.subject = member(entry.contains(QLatin1String("account")) ? "account" : "tag").toString();
+    line.before = member("before").toVariant();
+    line.value = member("value").toVariant();
+    line.outcome = member("outcome").toString();
+    line.reason = member("reason").toString();
+    line.text = member("text").toString();
     return line;
 }
 

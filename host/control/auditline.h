@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QVariant>
 
 /// A line of the audit log as it is read by people: what operators did, and what happened to user accounts. Operations and
 /// outcomes are named as the log holds them.
@@ -14,8 +15,8 @@ struct AuditLine
     QString secondUser; ///< who confirmed beside the user
     QString operation;
     QString subject; ///< tag of an object, or name of an account
-    QString before;
-    QString value;
+    QVariant before;
+    QVariant value;
     QString outcome;
     QString reason;
     QString text;

@@ -96,6 +96,8 @@ tl::expected<void, QString> AuditLog::openReadOnly(const QString& fileName)
 {
     close();
     m_fileName = QDir::toNativeSeparators(fileName);
+    m_hadJournal = false;
+    m_changed = {};
     if (!QFileInfo(fileName).isFile())
         return failure(QStringLiteral("can't be read: there is no such file"));
     const QString file = QFileInfo(fileName).canonicalFilePath(); // a journal lies beside that
@@ -118,6 +120,8 @@ tl::expected<void, QString> AuditLog::openReadOnly(const QString& fileName)
 
 bool AuditLog::isOvertaken() const
 {
+    if (!QFileInfo(m_fileName).isFile()) // whatever of it is left, nobody writes to that
+        return false;
     if (QFileInfo::exists(journalOf(m_fileName)) != m_hadJournal)
         return true;
     return !m_hadJournal && QFileInfo(m_fileName).lastModified() != m_changed;
@@ -210,13 +214,14 @@ tl::expected<QList<ScadaOperationMessage>, QString> AuditLog::read(const QDateTi
     QSqlQuery query(QSqlDatabase::database(m_connection, false));
     query.setForwardOnly(true);
     query.prepare(QStringLiteral("SELECT entry FROM audit_log WHERE time_ms BETWEEN ? AND ? "
-                                 "ORDER BY line DESC"));
+                                 "AND instr(entry, '\"account\":') = 0 ORDER BY line DESC LIMIT ?"));
     query.addBindValue(from.toMSecsSinceEpoch());
     query.addBindValue(to.toMSecsSinceEpoch());
+    query.addBindValue(std::max(most, 0));
     if (!query.exec())
         return failure(QStringLiteral("can't be read: %1").arg(reasonOf(query)));
     QList<ScadaOperationMessage> messages;
-    while (messages.size() < most && query.next()) {
+    while (query.next()) {
         if (const auto message = AuditEntry::message(query.value(0).toByteArray()))
             messages.append(*message);
     }

@@ -110,17 +110,19 @@ void PageOperations::connectKeys()
     }
 }
 
-// A key that two have is nobody's.
+// Of two keys that begin alike the shorter one would be nobody's.
 QString PageOperations::whyKeyIsTaken(const QKeySequence& key) const
 {
     const QString name = key.toString(QKeySequence::NativeText);
-    if (m_keys.contains(key))
-        return tr("%1 is that of \"%2\"").arg(name, m_keys.value(key));
-    const bool isTaken =
-        std::any_of(m_services.takenKeys.begin(), m_services.takenKeys.end(), [&key](const QKeySequence& taken) {
-            return key.matches(taken) != QKeySequence::NoMatch || taken.matches(key) != QKeySequence::NoMatch;
-        });
-    return isTaken ? tr("%1 is a key of the window").arg(name) : QString();
+    const auto meets = [&key](const QKeySequence& taken) {
+        return key.matches(taken) != QKeySequence::NoMatch || taken.matches(key) != QKeySequence::NoMatch;
+    };
+    for (auto taken = m_keys.constBegin(); taken != m_keys.constEnd(); ++taken) {
+        if (meets(taken.key()))
+            return tr("%1 is that of \"%2\"").arg(name, taken.value());
+    }
+    const bool isWindows = std::any_of(m_services.takenKeys.begin(), m_services.takenKeys.end(), meets);
+    return isWindows ? tr("%1 is a key of the window").arg(name) : QString();
 }
 
 ObjectKey PageOperations::objectOf(const Operation& operation) const
@@ -226,7 +228,9 @@ void PageOperations::ask(const Operation& operation, std::optional<double> value
 void PageOperations::send(const Operation& operation, double value, const QString& reason, Shape* entered)
 {
     const quint32 requestId = begin(operation, value, reason);
-    if (entered)
+    if (requestId == 0)
+        refuse(tr("%1: there is no such object").arg(operation.tag), entered);
+    else if (entered)
         m_entered.follow(*entered, requestId);
 }
 

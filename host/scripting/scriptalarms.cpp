@@ -100,13 +100,14 @@ void ScriptModule::defineAlarms(py::module_ alarms)
         "suppress",
         [](const py::str& tag, bool suppressed, const py::str& reason) {
             const ObjectKey object = session().tag(tag.ptr()).object;
-            return deskFor(AlarmDesk::Act::TakeOutOfService, object)
-                .setSuppressed(object, suppressed, text(reason.ptr()));
+            AlarmDesk& desk =
+                suppressed ? deskFor(AlarmDesk::Act::TakeOutOfService, object) : needed(session().alarmDesk);
+            return desk.setSuppressed(object, suppressed, text(reason.ptr()));
         },
         py::arg("tag"), py::arg("suppressed") = true, py::arg("reason") = py::str(),
         "suppress(tag, suppressed=True, reason='')\n\nKeeps the alarms of an object from the operator while a state of "
         "the plant makes them meaningless, or ends that; False when it was so already. Raises PermissionError when who "
-        "is logged on is no supervisor.");
+        "is logged on is no supervisor, but for ending it.");
     alarms.def(
         "highest_severity", [] { return manager().highestUnacknowledgedSeverity(); },
         "highest_severity()\n\nThe highest severity that waits for an operator; -1 when none does.");

@@ -387,6 +387,13 @@ private Q_SLOTS:
         QVERIFY2(left.errors.contains(text("operating.db: the audit log can't be read: there is no such file")),
                  qPrintable(left.errors));
         QCOMPARE(filesOf(project.folder()), before);
+        // What a program left beside a file that somebody has taken away.
+        QFile journal(project.folder() + text("/operating.db-wal"));
+        QVERIFY(journal.open(QIODevice::WriteOnly));
+        journal.close();
+        const Run gone = run({text("audit"), project.folder()});
+        QCOMPARE(gone.exitCode, 1);
+        QVERIFY2(gone.errors.contains(text("there is no such file")), qPrintable(gone.errors));
     }
 
     void theNewestLinesArePrinted()
@@ -417,7 +424,7 @@ private Q_SLOTS:
         command.operation = ScadaOperationMessage::Operation::SetPoint;
         command.outcome = ScadaOperationMessage::Outcome::Done;
         command.tag = text("LEVEL");
-        command.before = 40;
+        command.before = -40;
         command.value = 42.5;
         command.user = text("=ann");
         command.secondUser = text("bob");
@@ -432,7 +439,7 @@ private Q_SLOTS:
         QCOMPARE(lines.size(), 4);
         QCOMPARE(lines[0], text("line,time,workplace,user,second_user,operation,subject,before,value,outcome,reason,"
                                 "text,hash"));
-        QVERIFY2(lines[1].startsWith(text("2,2020-09-13T12:26:40.002Z,desk 2,'=ann,bob,setPoint,LEVEL,40,42.5,done,"
+        QVERIFY2(lines[1].startsWith(text("2,2020-09-13T12:26:40.002Z,desk 2,'=ann,bob,setPoint,LEVEL,-40,42.5,done,"
                                           "\"\"\"so\"\", he said\",,")),
                  qPrintable(lines[1]));
         QCOMPARE(lines[1].section(QLatin1Char(','), -1).size(), 64);

@@ -466,6 +466,17 @@ private Q_SLOTS:
         QVERIFY(!watched.told.isEmpty());
     }
 
+    void whoeverIsThereASuppressionMayEnd()
+    {
+        Plant plant;
+        WatchedAlarms watched(plant);
+        QCOMPARE(plant.run("print(alarms.suppress('LT-1'))"), text("True"));
+        watched.desk.setPermission([](AlarmDesk::Act, ObjectKey) { return false; });
+        QVERIFY(plant.run("alarms.suppress('LT-1')").contains(text("PermissionError")));
+        QCOMPARE(plant.run("print(alarms.suppress('LT-1', False))"), text("True"));
+        QVERIFY(!watched.manager.exclusion(WatchedAlarms::level).isSuppressed);
+    }
+
     void aSystemWithoutServicesSaysSo()
     {
         Plant plant;
