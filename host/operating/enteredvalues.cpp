@@ -9,22 +9,6 @@
 
 namespace {
 
-QVariant enteredIn(const Shape& shape)
-{
-    if (const auto* choice = dynamic_cast<const Choice*>(&shape))
-        return choice->index();
-    const auto* field = dynamic_cast<const InputField*>(&shape);
-    return field ? QVariant(field->text()) : QVariant();
-}
-
-QVariant shownBefore(const Shape& shape)
-{
-    if (const auto* choice = dynamic_cast<const Choice*>(&shape))
-        return choice->indexBefore();
-    const auto* field = dynamic_cast<const InputField*>(&shape);
-    return field ? QVariant(field->textBefore()) : QVariant();
-}
-
 bool hasLiveValue(const Shape& shape)
 {
     return shape.namedProperty(QStringLiteral("Value")).isValid();
@@ -32,19 +16,28 @@ bool hasLiveValue(const Shape& shape)
 
 } // namespace
 
-void EnteredValues::follow(Shape& shape, quint32 requestId)
+EnteredValues::Entered EnteredValues::in(Shape& shape)
 {
-    const auto known = m_entries.find(&shape);
-    Entry& entry = known == m_entries.end() ? m_entries[&shape] : *known;
-    if (entry.sent.empty())
-        entry.standing = shownBefore(shape);
-    entry.sent.push_back({requestId, enteredIn(shape)});
+    if (const auto* choice = dynamic_cast<const Choice*>(&shape))
+        return {&shape, choice->index(), choice->indexBefore()};
+    const auto* field = dynamic_cast<const InputField*>(&shape);
+    return field ? Entered{&shape, field->text(), field->textBefore()} : Entered{&shape, {}, {}};
 }
 
-void EnteredValues::takeBack(Shape& shape)
+void EnteredValues::follow(const Entered& entered, quint32 requestId)
 {
-    const auto known = m_entries.constFind(&shape);
-    show(shape, enteredIn(shape), known == m_entries.constEnd() ? shownBefore(shape) : known->sent.back().entered);
+    Entry& entry = m_entries[entered.shape];
+    // The process or a script has replaced what was sent: whatever becomes of that, it shows no more.
+    if (!entry.sent.empty() && entered.before != entry.sent.back().entered)
+        entry.sent.clear();
+    if (entry.sent.empty())
+        entry.standing = entered.before;
+    entry.sent.push_back({requestId, entered.value});
+}
+
+void EnteredValues::takeBack(const Entered& entered)
+{
+    show(*entered.shape, entered.value, entered.before);
 }
 
 void EnteredValues::end(quint32 requestId, bool isDone)

@@ -17,13 +17,22 @@ struct Page;
 class KORVANE_HOST_EXPORT EnteredValues
 {
 public:
+    /// What an operator has just entered.
+    struct Entered
+    {
+        Shape* shape = nullptr; ///< null where it came by another way
+        QVariant value;
+        QVariant before; ///< what the shape showed
+    };
+    static Entered in(Shape& shape);
+
     /// \param page must outlive this
     explicit EnteredValues(const Page& page) : m_page(page) {}
 
-    /// What the operator entered into \p shape last is on its way as that request.
-    void follow(Shape& shape, quint32 requestId);
-    /// What the operator entered into \p shape last is not asked for.
-    void takeBack(Shape& shape);
+    /// \p entered is on its way as that request.
+    void follow(const Entered& entered, quint32 requestId);
+    /// \p entered is not asked for.
+    void takeBack(const Entered& entered);
     /// A request has ended; others than those that are followed do nothing.
     void end(quint32 requestId, bool isDone);
 

@@ -154,17 +154,18 @@ void PageOperations::enterText(Shape& shape, const Operation& operation)
     const auto* field = dynamic_cast<const InputField*>(&shape);
     const auto number = field ? numberOf(field->shownText()) : std::nullopt;
     const auto& limits = operation.input.numberInputParam;
+    const Entered entered = EnteredValues::in(shape);
     if (!number) {
-        refuse(tr("%1: what was entered is no number").arg(operation.tag), &shape);
+        refuse(tr("%1: what was entered is no number").arg(operation.tag), entered);
         return;
     }
     if (limits && !limits->isEmpty() && (*number < limits->minValue || *number > limits->maxValue)) {
         refuse(tr("%1: enter a number from %2 to %3").arg(operation.tag).arg(limits->minValue).arg(limits->maxValue),
-               &shape);
+               entered);
         return;
     }
     const bool isScaled = limits && limits->useScale && limits->scale != 0;
-    request(operation, isScaled ? *number * limits->scale : *number, &shape);
+    request(operation, isScaled ? *number * limits->scale : *number, entered);
 }
 
 // An entry stands for the value of that place; without values, for its place.
@@ -174,18 +175,17 @@ void PageOperations::enterChoice(Shape& shape, const Operation& operation, int i
         return;
     const auto& choices = operation.input.enumInputParam;
     const bool isNamed = choices && index < choices->enumValues.size();
-    request(operation, isNamed ? choices->enumValues[index].second : index, &shape);
+    request(operation, isNamed ? choices->enumValues[index].second : index, EnteredValues::in(shape));
 }
 
-void PageOperations::refuse(const QString& text, Shape* entered)
+void PageOperations::refuse(const QString& text, const Entered& entered)
 {
-    if (entered)
-        m_entered.takeBack(*entered);
+    if (entered.shape)
+        m_entered.takeBack(entered);
     Q_EMIT refused(text);
 }
 
-/// \param entered the shape that the operator entered the value into; null where it is none's
-void PageOperations::request(const Operation& operation, std::optional<double> value, Shape* entered)
+void PageOperations::request(const Operation& operation, std::optional<double> value, const Entered& entered)
 {
     const RuntimeDatabase::Object* object = m_services.database.object(objectOf(operation));
     if (!object) {
@@ -200,7 +200,7 @@ void PageOperations::request(const Operation& operation, std::optional<double> v
 }
 
 void PageOperations::ask(const Operation& operation, std::optional<double> value, const RuntimeDatabase::Object& object,
-                         Shape* entered)
+                         const Entered& entered)
 {
     ScadaOperationMessage message;
     message.operation = operationOf(operation.kind);
@@ -220,18 +220,18 @@ void PageOperations::ask(const Operation& operation, std::optional<double> value
     connect(dialog, &QDialog::accepted, this, [this, dialog, operation, value, entered] {
         send(operation, value ? *value : dialog->value(), dialog->reason(), entered);
     });
-    if (entered)
-        connect(dialog, &QDialog::rejected, this, [this, entered] { m_entered.takeBack(*entered); });
+    if (entered.shape)
+        connect(dialog, &QDialog::rejected, this, [this, entered] { m_entered.takeBack(entered); });
     dialog->open();
 }
 
-void PageOperations::send(const Operation& operation, double value, const QString& reason, Shape* entered)
+void PageOperations::send(const Operation& operation, double value, const QString& reason, const Entered& entered)
 {
     const quint32 requestId = begin(operation, value, reason);
     if (requestId == 0)
         refuse(tr("%1: there is no such object").arg(operation.tag), entered);
-    else if (entered)
-        m_entered.follow(*entered, requestId);
+    else if (entered.shape)
+        m_entered.follow(entered, requestId);
 }
 
 /// \returns the request's number

@@ -59,16 +59,17 @@ Q_SIGNALS:
     void refused(const QString& text);
 
 private:
+    using Entered = EnteredValues::Entered;
     void connectKeys();
     QString whyKeyIsTaken(const QKeySequence& key) const;
     void takeAct(Shape& shape, const QString& handler, const QVariantList& arguments);
     void enterText(Shape& shape, const Operation& operation);
     void enterChoice(Shape& shape, const Operation& operation, int index);
-    void request(const Operation& operation, std::optional<double> value, Shape* entered = nullptr);
+    void request(const Operation& operation, std::optional<double> value, const Entered& entered = {});
     void ask(const Operation& operation, std::optional<double> value, const RuntimeDatabase::Object& object,
-             Shape* entered);
-    void refuse(const QString& text, Shape* entered);
-    void send(const Operation& operation, double value, const QString& reason, Shape* entered);
+             const Entered& entered);
+    void refuse(const QString& text, const Entered& entered);
+    void send(const Operation& operation, double value, const QString& reason, const Entered& entered);
     quint32 begin(const Operation& operation, double value, const QString& reason);
     ObjectKey objectOf(const Operation& operation) const;
 

@@ -239,6 +239,36 @@ private Q_SLOTS:
         QCOMPARE(plant.list->index(), 3);
     }
 
+    void whatAScriptShowsMeanwhileStays()
+    {
+        PlantPage plant;
+        plant.list->setNamedProperty(text("Index"), 3);
+        plant.show();
+        plant.list->choose(1);
+        OperatedPlant::settle();
+        plant.list->setNamedProperty(text("Index"), 0);
+        plant.list->choose(2); // another command is under way
+        OperatedPlant::settle();
+        QCOMPARE(plant.told.last(), text("refused 2"));
+        QCOMPARE(plant.list->index(), 0);
+        plant.pass(10000);
+        QCOMPARE(plant.told.last(), text("timedOut 1"));
+        QCOMPARE(plant.list->index(), 0);
+    }
+
+    void whatAScriptShowsWhileTheReasonIsAskedForStays()
+    {
+        PlantPage plant(OperatedPlant::with(level, [](ControlSetting& set) { set.isReasonNeeded = true; }));
+        plant.list->setNamedProperty(text("Index"), 3);
+        plant.show();
+        plant.list->choose(1);
+        OperatedPlant::settle();
+        plant.list->setNamedProperty(text("Index"), 2);
+        dismiss(plant);
+        OperatedPlant::settle();
+        QCOMPARE(plant.list->index(), 2);
+    }
+
     void whatTheProcessHasByNowGoesFirst()
     {
         PlantPage plant;
