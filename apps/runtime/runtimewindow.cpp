@@ -103,8 +103,9 @@ RuntimeWindow::RuntimeWindow(LiveSystem& system, const RuntimeOptions& options, 
 
 RuntimeWindow::~RuntimeWindow()
 {
-    // The tabs' end reports other tabs in front, of which nothing is left to show.
+    // The tabs' end reports other tabs in front, and the window's hides the docks: nothing is left to show by then.
     m_tabs.disconnect(this);
+    m_explanation->disconnect(this);
     m_tags->showPage(nullptr);
     m_alarms.setPage(nullptr);
 }
