@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -122,15 +123,13 @@ constexpr int mostDigits = 24;
 /// All of the string; QString::fromUtf8 by itself drops a byte order mark in front.
 QString textOf(const Value& string)
 {
-    static const QByteArray mark = QByteArrayLiteral("\xef\xbb\xbf");
-    QByteArray utf8 = QByteArray::fromRawData(string.GetString(), static_cast<int>(string.GetStringLength()));
-    QString marks;
-    while (utf8.startsWith(mark)) {
-        marks += QChar(QChar::ByteOrderMark);
-        utf8 = QByteArray::fromRawData(utf8.constData() + mark.size(), utf8.size() - mark.size());
-    }
-    const QString text = QString::fromUtf8(utf8.constData(), utf8.size());
-    return marks.isEmpty() ? text : marks + text;
+    constexpr std::string_view mark = "\xef\xbb\xbf";
+    std::string_view utf8(string.GetString(), string.GetStringLength());
+    int marks = 0;
+    for (; utf8.substr(0, mark.size()) == mark; ++marks)
+        utf8.remove_prefix(mark.size());
+    const QString text = QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()));
+    return marks == 0 ? text : QString(marks, QChar(QChar::ByteOrderMark)) + text;
 }
 
 bool isNested(const Value& value)
