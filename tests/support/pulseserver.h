@@ -48,6 +48,10 @@ public:
     /// \returns what was heard since start().
     QByteArray stop()
     {
+        // What was played is on its way for a time; a second of silence behind it has come when all of it has.
+        const qint64 all = m_recorder.bytesAvailable() + 22050 * 2;
+        if (m_recorder.state() == QProcess::Running)
+            static_cast<void>(QTest::qWaitFor([this, all] { return m_recorder.bytesAvailable() >= all; }, 20000));
         for (QProcess* process : {&m_recorder, &m_server}) {
             if (process->state() == QProcess::NotRunning)
                 continue;
